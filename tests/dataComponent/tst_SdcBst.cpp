@@ -1,0 +1,189 @@
+#include "support/ZelTest.h"
+#include "support/ZelTree.h"
+
+#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
+#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
+#include "zelModelSupport/graphics/ZelScene.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <memory>
+
+namespace {
+
+/// Numbers in the tree and on the drawing, site by site.
+QString numbers(SdcMol *mol)
+{
+    QStringList list;
+    for (SdcBst *bst : mol->getListSdcBst()) {
+        const QString inTree = bst->text().section(u' ', 2, 2).chopped(1);
+        list.append(
+            inTree == bst->getBstLabelText() ? inTree : inTree + u'|' + bst->getBstLabelText());
+    }
+    return list.join(u' ');
+}
+
+} // namespace
+
+class tst_SdcBst : public ZelTest
+{
+    Q_OBJECT
+private slots:
+    void numbersRunOverTheMolecule()
+    {
+        ZelScene scene(nullptr);
+        const std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, QStringLiteral("M"),
+            {{QStringLiteral("a"), {}, 2}, {QStringLiteral("b"), {}, 0},
+                {QStringLiteral("c"), {}, 3}},
+            &scene));
+        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5"));
+        SdcMcp *const a = mol->getSdcMcpAtIndex(0);
+        SdcMcp *const c = mol->getSdcMcpAtIndex(2);
+
+        // A site that joins the first component moves the later ones' numbers on.
+        auto *added = new SdcBst(nullptr);
+        scene.addBst(QRectF(10, -30, 12, 12), a->getZelEllipseItemMcp())->setSdcBst(added);
+        a->addSdcBst(added);
+        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5 6"));
+        a->removeSdcBst(added);
+        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5"));
+        delete added->getZelEllipseItemBst();
+        delete added;
+
+        // The first component goes to the end.
+        mol->removeSdcMcp(a);
+        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3"));
+        mol->addSdcMcp(a);
+        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5"));
+        QCOMPARE(c->getListSdcBst().first()->getDisplayIndex(), 1);
+        mol->switchChildrenBetween2Indices(0, 2);
+        QCOMPARE(a->getListSdcBst().first()->getDisplayIndex(), 1);
+        mol->updatePosIndex();
+        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5"));
+    }
+
+    void sitesThatWereThereFirstAreNumberedWhenTheirComponentJoins()
+    {
+        SdcMol mol(nullptr);
+        mol.addSdcMcp(new SdcMcp(nullptr));
+        auto *mcp = new SdcMcp(nullptr);
+        auto *bst = new SdcBst(nullptr);
+        mcp->addSdcBst(bst);
+        takeDebugLines(); // no molecule yet
+        QCOMPARE(bst->text(), QStringLiteral("Binding site 0: ShortName not defined"));
+        mol.addSdcMcp(mcp);
+        QCOMPARE(bst->text(), QStringLiteral("Binding site 1: ShortName not defined"));
+    }
+
+    void numberOutsideAMolecule()
+    {
+        SdcBst lone(nullptr);
+        lone.updatePosIndex(); // without a parent nothing is asked
+        QCOMPARE(takeDebugLines(), QStringList());
+        QCOMPARE(lone.getDisplayIndex(), 0);
+        QCOMPARE(takeDebugLines(),
+            QStringList({QStringLiteral("Error found at void SdcBst::updatePosIndex() 1")}));
+    }
+
+    void statusName_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("name");
+        const QStringList names{QStringLiteral("Don't Care"), QStringLiteral("Don't Care"),
+            QStringLiteral("Bound"), QStringLiteral("Don't Care"), QStringLiteral("Unbound")};
+        for (int status = 0; status < 5; ++status)
+            QTest::addRow("%d", status) << status << names.at(status);
+    }
+
+    void statusName()
+    {
+        QFETCH(int, status);
+        SdcBst bst(nullptr);
+        bst.setBindingStatus(static_cast<BindingStatusType>(status));
+        QTEST(bst.getBindingStatusName(), "name");
+        QCOMPARE(int(bst.isBound()) + int(bst.isUnbound()) + int(bst.isDontCareBindingStatus()), 1);
+    }
+
+    void aBondOfTheEnclosingComplexBindsTheSite()
+    {
+        SdcCpx cpx(nullptr);
+        SdcCpx other(nullptr);
+        for (int i = 0; i < 2; ++i)
+            cpx.addSdcChild(
+                ZelTree::bareMolecule(nullptr, QStringLiteral("M"), {{QStringLiteral("a"), {}, 1}}),
+                true);
+        SdcBst *const site = cpx.getListSdcBst().at(0);
+        site->setBindingStatus(BindingStatusUnbound);
+        SdcBstBstCpx bond(nullptr);
+        bond.addSdcBst(site);
+        bond.addSdcBst(cpx.getListSdcBst().at(1));
+        QVERIFY(!site->isInCpxBinding());
+        other.addSdcBstBstCpx(&bond); // another complex's bond does not count
+        QVERIFY(site->isUnbound());
+        cpx.addSdcBstBstCpx(&bond);
+        QVERIFY(site->isInCpxBinding());
+        QVERIFY(site->isBound());
+        cpx.removeSdcBstBstCpx(&bond);
+        QVERIFY(site->isUnbound()); // what was set comes back
+    }
+
+    void theMarkIsShownWhereTheComplexShowsIt()
+    {
+        ZelScene scene(nullptr);
+        SdcCpx cpx(nullptr);
+        cpx.addSdcChild(
+            ZelTree::molecule(nullptr, QStringLiteral("M"), {{QStringLiteral("a"), {}, 1}}, &scene),
+            true);
+        SdcBst *const site = cpx.getListSdcBst().first();
+        site->setBindingStatus(BindingStatusBound);
+        QVERIFY(!site->getZelEllipseItemBst()->getBindStatusItem());
+        cpx.setBstBindingStatusEnabled(true);
+        site->setBindingStatus(BindingStatusBound); // unchanged, yet the mark is brought up to date
+        QVERIFY(site->getZelEllipseItemBst()->getBindStatusItem());
+    }
+
+    void defaultNames()
+    {
+        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(nullptr, QStringLiteral("M"),
+            {{QStringLiteral("SH2"), {}, 1}, {QStringLiteral("SH3"), {}, 2}}));
+        const QList<SdcBst *> sites = mol->getListSdcBst();
+        QCOMPARE(sites.at(2)->bstGetDefaultName(false), QStringLiteral("SH3_site_3"));
+        sites.at(0)->setProperty(2, QStringLiteral("SH3_site_3"));
+        sites.at(1)->setProperty(2, QStringLiteral("SH3_site_3_1"));
+        QCOMPARE(sites.at(2)->bstGetDefaultName(false), QStringLiteral("SH3_site_3_2"));
+        sites.at(2)->setProperty(2, QStringLiteral("mine"));
+        QCOMPARE(sites.at(2)->bstGetDefaultName(false), QStringLiteral("mine"));
+        QCOMPARE(sites.at(2)->bstGetDefaultName(true), QStringLiteral("SH3_site_3_2"));
+    }
+
+    void closeness_data()
+    {
+        QTest::addColumn<double>("distance");
+        QTest::addColumn<bool>("close");
+        // Diameters 12 and 20: rims at most 20 apart, so centres at most 36.
+        QTest::newRow("overlapping") << 5.0 << true;
+        QTest::newRow("just close") << 36.0 << true;
+        QTest::newRow("too far") << 36.1 << false;
+    }
+
+    void closeness()
+    {
+        QFETCH(double, distance);
+        ZelScene scene(nullptr);
+        ZelEllipseItemMcp *const mcpItem = scene.addMcp(QRectF(0, 0, 60, 40));
+        SdcBst a(nullptr);
+        SdcBst b(nullptr);
+        QVERIFY(!a.closeToBst(&b));
+        scene.addBst(QRectF(-6, -6, 12, 12), mcpItem)->setSdcBst(&a);
+        scene.addBst(QRectF(distance - 10, -10, 20, 20), mcpItem)->setSdcBst(&b);
+        QTEST(a.closeToBst(&b), "close");
+        QTEST(b.closeToBst(&a), "close");
+        QVERIFY(!a.closeToBst(nullptr));
+    }
+};
+
+ZEL_TEST(tst_SdcBst)
+#include "tst_SdcBst.moc"

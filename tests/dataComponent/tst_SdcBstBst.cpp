@@ -1,0 +1,175 @@
+#include "support/ZelTest.h"
+#include "support/ZelTree.h"
+
+#include "zelDb/ZelDbSqlite.h"
+#include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
+#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
+#include "zelModelSupport/graphics/ZelLineItemBstBstMli.h"
+#include "zelModelSupport/graphics/ZelScene.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <memory>
+
+class tst_SdcBstBst : public ZelTest
+{
+    Q_OBJECT
+private slots:
+    void atMostTwoSites()
+    {
+        SdcBst a(nullptr);
+        SdcBst b(nullptr);
+        SdcBst c(nullptr);
+        SdcBstBst bond(nullptr);
+        bond.addSdcBst(nullptr);
+        bond.addSdcBst(&a);
+        QCOMPARE(bond.getPartnerSdcBst(&a), nullptr);
+        QVERIFY(!bond.isSameSdcBstBst(&a, &a));
+        bond.addSdcBst(&b);
+        bond.addSdcBst(&c);
+        QCOMPARE(takeDebugLines(),
+            QStringList({QStringLiteral("Warning at void SdcBstBst::addSdcBst(SdcBst * sdcBst)  "
+                                        "Already 2 SdcBst in this relation")}));
+        QCOMPARE(bond.getListSdcBst(), QList<SdcBst *>({&a, &b}));
+        QCOMPARE(bond.getPartnerSdcBst(&a), &b);
+        QCOMPARE(bond.getPartnerSdcBst(&b), &a);
+        QCOMPARE(bond.getPartnerSdcBst(&c), nullptr);
+        QCOMPARE(bond.getPartnerSdcBst(nullptr), nullptr);
+        QVERIFY(bond.isSameSdcBstBst(&b, &a));
+        QVERIFY(!bond.isSameSdcBstBst(&a, &a));
+        QVERIFY(!bond.isSameSdcBstBst(&a, nullptr));
+        SdcBstBst reversed(nullptr);
+        reversed.addSdcBst(&b);
+        QVERIFY(!bond.isSameSdcBstBst(&reversed));
+        reversed.addSdcBst(&a);
+        QVERIFY(bond.isSameSdcBstBst(&reversed));
+        QVERIFY(!bond.isSameSdcBstBst(static_cast<SdcBstBst *>(nullptr)));
+        bond.removeSdcBst(&a);
+        QCOMPARE(bond.getSdcBst1(), &b);
+        QCOMPARE(bond.getSdcBst2(), nullptr);
+    }
+
+    // The line follows its sites whether an item came before the bond or after it.
+    void theLineFollowsItsSites_data()
+    {
+        QTest::addColumn<bool>("itemFirst");
+        QTest::newRow("item, then bond") << true;
+        QTest::newRow("bond, then item") << false;
+    }
+
+    void theLineFollowsItsSites()
+    {
+        QFETCH(bool, itemFirst);
+        ZelScene scene(nullptr);
+        ZelEllipseItemMcp *const left = scene.addMcp(QRectF(-30, -20, 60, 40));
+        ZelEllipseItemMcp *const right = scene.addMcp(QRectF(170, -20, 60, 40));
+        SdcBst a(nullptr);
+        SdcBst b(nullptr);
+        SdcBstBstMli bond(nullptr);
+        auto *line = new ZelLineItemBstBstMli(false, nullptr);
+        scene.addItem(line);
+        line->setSdc(&bond);
+        bond.setZelLineItemBstBst(line);
+        const auto draw = [&] {
+            scene.addBst(QRectF(24, -6, 12, 12), left)->setSdcBst(&a);
+            scene.addBst(QRectF(164, -6, 12, 12), right)->setSdcBst(&b);
+        };
+        if (itemFirst)
+            draw();
+        bond.addSdcBst(&a);
+        bond.addSdcBst(&b);
+        if (!itemFirst)
+            draw();
+        right->moveBy(0.0, 100.0);
+        b.getZelEllipseItemBst()->notifyPosChanged();
+        QVERIFY(QLineF(line->line().p2(), b.getZelEllipseItemBst()->mapToScene(QPointF())).length()
+            < 10.0);
+        QCOMPARE(bond.getZelLineItemBstBstMli(), line);
+        delete line;
+        QCOMPARE(bond.getZelLineItemBstBstMli(), nullptr);
+        bond.updateBstPos();
+        bond.setHighlight(true, true);
+        QVERIFY(!bond.isHighlighted());
+    }
+
+    void interactionsOfTheTwoSiteTypes()
+    {
+        ZelDbSqlite database;
+        QVERIFY(database.create(QStringLiteral(":memory:")));
+        ZelDbSqliteModel db(&database);
+        const std::unique_ptr<SdcMol> mol(
+            ZelTree::bareMolecule(&db, QStringLiteral("M"), {{QStringLiteral("a"), {}, 3}}));
+        QVERIFY(mol->saveToDb());
+        const QList<SdcBst *> sites = mol->getListSdcBst();
+        QVERIFY(db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("mli1")},
+            {ZelDbColumn::AssociationRate, QStringLiteral("2e6")},
+            {ZelDbColumn::DissociationRate, QStringLiteral("0.3")},
+            {ZelDbColumn::Bst1, sites.at(0)->getPsiimId()},
+            {ZelDbColumn::MolPos1, QStringLiteral("0")},
+            {ZelDbColumn::Bst2, sites.at(1)->getPsiimId()},
+            {ZelDbColumn::MolPos2, QStringLiteral("1")}}));
+        SdcBstBst declared(&db);
+        declared.addSdcBst(sites.at(1));
+        QVERIFY(!declared.isMliDefined());
+        declared.addSdcBst(sites.at(0));
+        QVERIFY(declared.isMliDefined());
+        QCOMPARE(declared.getDefaultAssocRateFromMli(), QStringLiteral("2e6"));
+        QCOMPARE(declared.getDefaultDissocRateFromMli(), QStringLiteral("0.3"));
+        SdcBstBst undeclared(&db);
+        undeclared.addSdcBst(sites.at(0));
+        undeclared.addSdcBst(sites.at(2));
+        QVERIFY(!undeclared.isMliDefined());
+        QCOMPARE(undeclared.getDefaultAssocRateFromMli(), QString());
+    }
+
+    void placesThatCannotMeet_data()
+    {
+        QTest::addColumn<QString>("mol1");
+        QTest::addColumn<QString>("mcp1");
+        QTest::addColumn<QString>("mol2");
+        QTest::addColumn<QString>("mcp2");
+        QTest::addColumn<bool>("inconsistent");
+        const QString membrane = QStringLiteral("Membrane Associated");
+        const QString inside = QStringLiteral("Inside-membrane");
+        QTest::newRow("nothing said") << ""
+                                      << ""
+                                      << ""
+                                      << "" << false;
+        QTest::newRow("both inside") << membrane << inside << membrane << inside << false;
+        QTest::newRow("one reaches out") << membrane << "" << membrane << inside << true;
+        QTest::newRow("two sides") << membrane << "Outer" << membrane << "Inner" << true;
+        QTest::newRow("one side") << ""
+                                  << "Inner" << membrane << "Inner" << false;
+        QTest::newRow("free molecule") << "Freely Diffusing"
+                                       << "" << membrane << inside << false;
+    }
+
+    void placesThatCannotMeet()
+    {
+        QFETCH(QString, mol1);
+        QFETCH(QString, mcp1);
+        QFETCH(QString, mol2);
+        QFETCH(QString, mcp2);
+        std::unique_ptr<SdcMol> mols[2];
+        SdcBstBst bonds[2] = {SdcBstBst(nullptr), SdcBstBst(nullptr)};
+        QVERIFY(!bonds[0].isInconsistentBinding());
+        const QString places[2][2] = {{mol1, mcp1}, {mol2, mcp2}};
+        for (int i = 0; i < 2; ++i) {
+            mols[i].reset(ZelTree::bareMolecule(
+                nullptr, QStringLiteral("M"), {{QStringLiteral("a"), {}, 1}}));
+            mols[i]->setProperty(25, places[i][0]);
+            mols[i]->getSdcMcpAtIndex(0)->setProperty(25, places[i][1]);
+        }
+        for (int i = 0; i < 2; ++i) {
+            bonds[i].addSdcBst(mols[i]->getListSdcBst().first());
+            bonds[i].addSdcBst(mols[1 - i]->getListSdcBst().first());
+            QTEST(bonds[i].isInconsistentBinding(), "inconsistent");
+        }
+    }
+};
+
+ZEL_TEST(tst_SdcBstBst)
+#include "tst_SdcBstBst.moc"

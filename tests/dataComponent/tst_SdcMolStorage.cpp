@@ -1,0 +1,438 @@
+#include "support/ZelTest.h"
+#include "support/ZelTree.h"
+
+#include "zelDb/ZelDbSqlite.h"
+#include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
+#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
+#include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
+#include "zelModelSupport/graphics/ZelScene.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <QCoreApplication>
+#include <QDomDocument>
+#include <QPointer>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <unistd.h>
+
+namespace {
+
+/// A molecule that uses everything that is stored.
+SdcMol *fullMolecule(ZelDbSqliteModel *db, ZelScene *scene = nullptr)
+{
+    SdcMol *const mol = ZelTree::molecule(db, QStringLiteral("EGFR \"x\" <&>"),
+        {{QStringLiteral("L1"), {}, 2},
+            {QStringLiteral("TK"), {QStringLiteral("Y1068"), QStringLiteral("Y1173 'b'")}, 3},
+            {QStringLiteral("tail"), {QStringLiteral("P")}, 0}},
+        scene);
+    const QHash<int, QString> properties{{3, QStringLiteral("receptor\nof two lines")},
+        {4, QStringLiteral("1.5")}, {5, QStringLiteral("1.00e-03")}, {6, QStringLiteral("7")},
+        {11, QStringLiteral("notes \u03b2")}, {20, QStringLiteral("#aabbcc")},
+        {21, QStringLiteral("doi:1")}, {25, QStringLiteral("Membrane Associated")}};
+    for (auto it = properties.cbegin(); it != properties.cend(); ++it)
+        mol->setProperty(it.key(), it.value());
+    mol->setMolColor(QStringLiteral("#aabbcc"));
+    int i = 0;
+    for (SdcMcp *mcp : mol->getListSdcMcp()) {
+        mcp->setProperty(3, QStringLiteral("domain %1").arg(++i));
+        mcp->setProperty(11, QStringLiteral("note"));
+        mcp->setProperty(21, QStringLiteral("ref"));
+        mcp->setProperty(25, i == 2 ? QStringLiteral("Inside-membrane") : QString());
+        mcp->setTagDirectionCode(i);
+    }
+    mol->getSdcMcpAtIndex(1)->setTagSize(6.0);
+    mol->getSdcMcpAtIndex(1)->setTagGap(1.5);
+    for (SdcMcp *mcp : mol->getListSdcMcp())
+        mcp->getZelEllipseItemMcp()->updateLayoutOfListStateSticky(false);
+    mol->getSdcMcpAtIndex(1)->getListSdcMcpTags().first()->setProperty(
+        21, QStringLiteral("state ref"));
+    for (SdcBst *bst : mol->getListSdcBst())
+        bst->setProperty(2, QStringLiteral("s%1").arg(bst->getDisplayIndex()));
+    mol->getListSdcBst().first()->setProperty(21, QStringLiteral("site ref"));
+    mol->getListSdcBst().first()->setProperty(11, QStringLiteral("site note"));
+    return mol;
+}
+
+void deleteItems(SdcMol *mol)
+{
+    for (SdcMcp *mcp : mol->getListSdcMcp())
+        delete mcp->getZelEllipseItemMcp();
+}
+
+constexpr int KilledExitCode = 42;
+
+/// A change of everything that a save writes: names, a site less, a feature more, another place.
+bool changeAndSave(ZelDbSqlite &file)
+{
+    ZelDbSqliteModel db(&file);
+    SdcMol mol(&db);
+    if (!mol.loadFromDb(QStringLiteral("mol1")))
+        return false;
+    mol.setProperty(2, QStringLiteral("changed"));
+    delete mol.getListSdcBst().at(1)->getZelEllipseItemBst();
+    delete mol.getListSdcBst().at(1);
+    mol.getSdcMcpAtIndex(2)->addTag(QStringLiteral("Q"), QStringLiteral("#000001"));
+    mol.getSdcMcpAtIndex(2)->getZelEllipseItemMcp()->moveBy(7.0, 7.0);
+    // More than the page cache holds back until the commit.
+    mol.setProperty(11, QString(4000000, u'n'));
+    return mol.saveToDb();
+}
+
+/// Arguments: file, number of statements after which the process dies.
+int saveAndDie(const QStringList &arguments)
+{
+    ZelDbSqlite file;
+    if (!file.open(arguments.value(0)))
+        return 3;
+    int left = arguments.value(1).toInt();
+    file.setStatementObserver([&left](const QString &) {
+        if (--left == 0)
+            _exit(KilledExitCode);
+    });
+    return changeAndSave(file) ? 0 : 4;
+}
+
+QString storedText(const QString &path)
+{
+    ZelDbSqlite file;
+    if (!file.open(path) || !file.checkIntegrity().isEmpty())
+        return file.errorText();
+    ZelDbSqliteModel db(&file);
+    SdcMol mol(&db);
+    mol.loadFromDb(QStringLiteral("mol1"));
+    return ZelTree::text(&mol);
+}
+
+ZEL_TEST_CHILD("mol-save", saveAndDie)
+
+} // namespace
+
+class tst_SdcMolStorage : public ZelTest
+{
+    Q_OBJECT
+
+    struct Model
+    {
+        ZelDbSqlite file;
+        ZelDbSqliteModel db{&file};
+        Model() { file.create(QStringLiteral(":memory:")); }
+    };
+
+    /// What a loaded molecule holds beyond what was drawn: the state code and the states' ids.
+    static void forgetLoaderExtras(SdcMol *mol)
+    {
+        for (SdcMcp *mcp : mol->getListSdcMcp()) {
+            mcp->clearProperty(9);
+            for (SdcMcpTag *tag : mcp->getListSdcMcpTags())
+                tag->clearProperty(1);
+        }
+    }
+
+private slots:
+    void nothingIsLost_data()
+    {
+        QTest::addColumn<bool>("inScene");
+        QTest::newRow("without a scene") << false;
+        QTest::newRow("in a scene") << true;
+    }
+
+    void nothingIsLost()
+    {
+        QFETCH(bool, inScene);
+        Model model;
+        ZelScene scene(nullptr);
+        ZelScene other(nullptr);
+        const std::unique_ptr<SdcMol> mol(fullMolecule(&model.db, inScene ? &scene : nullptr));
+        QVERIFY2(mol->saveToDb(), qPrintable(model.db.errorText()));
+        const QString saved = ZelTree::text(mol.get());
+        for (int round = 0; round < 10; ++round) {
+            SdcMol loaded(&model.db);
+            QVERIFY(loaded.loadFromDb(mol->getPsiimId(), inScene ? &other : nullptr));
+            QCOMPARE(loaded.getSdcMcpAtIndex(1)->getProperty(9), QStringLiteral("Y1068;Y1173 'b'"));
+            QVERIFY(
+                !loaded.getSdcMcpAtIndex(1)->getListSdcMcpTags().first()->getPsiimId().isEmpty());
+            QCOMPARE(loaded.getMolColor(), QColor(QStringLiteral("#aabbcc")));
+            QVERIFY(loaded.saveToDb());
+            forgetLoaderExtras(&loaded);
+            QCOMPARE(ZelTree::text(&loaded), saved);
+        }
+        QCOMPARE(model.db.molGetListPsiimId().size(), 1);
+        if (!inScene)
+            deleteItems(mol.get());
+    }
+
+    void itemsInNoSceneDieWithTheMoleculeUnlessTakenOver()
+    {
+        Model model;
+        const std::unique_ptr<SdcMol> mol(fullMolecule(&model.db));
+        QVERIFY(mol->saveToDb());
+        deleteItems(mol.get());
+        ZelScene scene(nullptr);
+        auto loaded = std::make_unique<SdcMol>(&model.db);
+        QVERIFY(loaded->loadFromDb(mol->getPsiimId()));
+        QPointer<ZelEllipseItemMcp> kept = loaded->getSdcMcpAtIndex(0)->getZelEllipseItemMcp();
+        QPointer<ZelEllipseItemMcp> left = loaded->getSdcMcpAtIndex(2)->getZelEllipseItemMcp();
+        // One component moves, drawing and all, to another molecule.
+        SdcMol heir(&model.db);
+        SdcMcp *const mover = loaded->getSdcMcpAtIndex(1);
+        QPointer<ZelEllipseItemMcp> moved = mover->getZelEllipseItemMcp();
+        loaded->removeSdcMcp(mover);
+        heir.addSdcMcp(mover);
+        scene.addItem(kept);
+        loaded.reset();
+        QVERIFY(kept && moved && !left);
+        heir.reset();
+        QVERIFY(!moved);
+    }
+
+    void defaultsOfEmptyFields()
+    {
+        Model model;
+        SdcMol mol(&model.db);
+        auto *mcp = new SdcMcp(&model.db);
+        mol.addSdcMcp(mcp);
+        mcp->addSdcBst(new SdcBst(&model.db));
+        mcp->setProperty(25, QStringLiteral("Inside-membrane"));
+        QVERIFY(mol.saveToDb());
+        const ZelDbRecord record = model.db.molGetHashInfo(mol.getPsiimId());
+        QCOMPARE(
+            record.value(15) + record.value(16) + record.value(18), QStringLiteral("0.10.10.1"));
+        QCOMPARE(record.value(46), QStringLiteral("Freely Diffusing"));
+        // Only a molecule at the membrane has a component inside it.
+        QCOMPARE(model.db.mcpGetHashInfo(mcp->getPsiimId()).value(46),
+            QStringLiteral("Freely Diffusing"));
+        QCOMPARE(model.db.bstGetHashInfo(mol.getListSdcBst().first()->getPsiimId()).value(4),
+            QStringLiteral("_site_1"));
+        SdcMol loaded(&model.db);
+        QVERIFY(loaded.loadFromDb(mol.getPsiimId()));
+        QCOMPARE(loaded.getProperty(20), QStringLiteral("#ffffff"));
+        QCOMPARE(loaded.getProperty(5), QStringLiteral("1.00e-01"));
+        takeDebugLines(); // there was no drawing: parts are reported and get default places
+    }
+
+    void savingRemovesWhatIsGone()
+    {
+        Model model;
+        const std::unique_ptr<SdcMol> mol(fullMolecule(&model.db));
+        QVERIFY(mol->saveToDb());
+        SdcMcp *const tk = mol->getSdcMcpAtIndex(1);
+        const QString goneSite = tk->getListSdcBst().at(1)->getPsiimId();
+        delete tk->getListSdcBst().at(1)->getZelEllipseItemBst();
+        delete tk->getListSdcBst().at(1);
+        tk->getZelEllipseItemMcp()->removeStateSticky(tk->getZelEllipseItemMcp()->getSticky(0));
+        SdcMcp *const tail = mol->getSdcMcpAtIndex(2);
+        const QString goneMcp = tail->getPsiimId();
+        mol->removeSdcMcp(tail);
+        delete tail->getZelEllipseItemMcp();
+        delete tail;
+        QVERIFY2(mol->saveToDb(), qPrintable(model.db.errorText()));
+        QVERIFY(model.db.bstGetHashInfo(goneSite).isEmpty());
+        QVERIFY(model.db.mcpGetHashInfo(goneMcp).isEmpty());
+        QCOMPARE(model.db.mcpGetOrderedStateNames(tk->getPsiimId()),
+            QStringList({QStringLiteral("Y1173 'b'")}));
+        QCOMPARE(model.db.molGetMultiHashMcpMcp(mol->getPsiimId()).size(), 1);
+        deleteItems(mol.get());
+    }
+
+    void aPartInUseIsNotRemoved()
+    {
+        Model model;
+        const std::unique_ptr<SdcMol> mol(fullMolecule(&model.db));
+        QVERIFY(mol->saveToDb());
+        const QList<SdcBst *> sites = mol->getListSdcBst();
+        const QString used = sites.at(1)->getPsiimId();
+        QVERIFY(model.db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("mli1")},
+            {ZelDbColumn::ShortName, QStringLiteral("dimerisation")},
+            {ZelDbColumn::Bst1, sites.at(0)->getPsiimId()},
+            {ZelDbColumn::MolPos1, QStringLiteral("0")}, {ZelDbColumn::Bst2, used},
+            {ZelDbColumn::MolPos2, QStringLiteral("1")}}));
+        mol->setProperty(2, QStringLiteral("renamed"));
+        delete sites.at(1)->getZelEllipseItemBst();
+        delete sites.at(1);
+        QVERIFY(!mol->saveToDb());
+        QVERIFY2(model.db.errorText().contains(QStringLiteral("dimerisation")),
+            qPrintable(model.db.errorText()));
+        // All of the save is taken back, not only what was refused.
+        QVERIFY(!model.db.bstGetHashInfo(used).isEmpty());
+        QCOMPARE(
+            model.db.molGetHashInfo(mol->getPsiimId()).value(4), QStringLiteral("EGFR \"x\" <&>"));
+        deleteItems(mol.get());
+    }
+
+    void aKilledSaveIsWholeOrUndone()
+    {
+        const QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("model.zel"));
+        {
+            ZelDbSqlite file;
+            QVERIFY(file.create(path));
+            ZelDbSqliteModel db(&file);
+            const std::unique_ptr<SdcMol> mol(fullMolecule(&db));
+            QVERIFY2(mol->saveToDb(), qPrintable(db.errorText()));
+            deleteItems(mol.get());
+        }
+        const QString before = storedText(path);
+        QString after;
+        int survived = 0;
+        for (int n = 5; n < 400; n += 5) {
+            const QString victim = dir.filePath(QStringLiteral("victim%1.zel").arg(n));
+            QVERIFY(QFile::copy(path, victim));
+            const int code = QProcess::execute(QCoreApplication::applicationFilePath(),
+                {QStringLiteral("--child"), QStringLiteral("mol-save"), victim,
+                    QString::number(n)});
+            const QString stored = storedText(victim);
+            if (code == 0) {
+                after = stored;
+                break;
+            }
+            QCOMPARE(code, KilledExitCode);
+            QCOMPARE(stored, before);
+            ++survived;
+        }
+        QVERIFY(survived > 5);
+        QVERIFY(after.contains(QStringLiteral("changed")) && after != before);
+    }
+
+    void aFailedSaveCountsForTheHostsTransaction()
+    {
+        Model model;
+        ZelDbTransaction transaction(&model.file);
+        SdcMol good(&model.db);
+        QVERIFY(good.saveToDb());
+        SdcMol bad(&model.db); // too large for what is left on the disk
+        bad.setProperty(11, QString(1 << 20, u'x'));
+        QVERIFY(model.file.setSizeLimit(512));
+        QVERIFY(!bad.saveToDb());
+        QVERIFY(!transaction.commit());
+        QVERIFY(model.db.molGetListPsiimId().isEmpty());
+    }
+
+    void damagedLayouts_data()
+    {
+        QTest::addColumn<QString>("layout");
+        QTest::addColumn<int>("lines");
+        QTest::newRow("none") << "" << 2;
+        QTest::newRow("no markup") << "<<<" << 3;
+        QTest::newRow("other root") << "<a/>" << 2;
+        QTest::newRow("other ids")
+            << "<schema><mol psiimId='x'><mcp posIndex='0' psiimId='y'><boundingRect x='1' y='2' "
+               "w='3' h='4'/><bst posIndex='0' psiimId='z'><boundingRect x='1' y='1' w='1' "
+               "h='1'/></bst></mcp></mol></schema>"
+            << 3;
+        QTest::newRow("numbers that are none")
+            << "<schema><mol psiimId='mol1'><boundingRect x='nan' y='inf'/><mcp posIndex='0' "
+               "psiimId='mcp1' tagSize='-1' tagGap='nan' tagDirectCode='77'><boundingRect "
+               "x='1e300' "
+               "y='x' w='nan' h='-4'/><bst posIndex='0' psiimId='bst1'><boundingRect x='0' y='0' "
+               "w='0' h='9e99'/></bst></mcp></mol></schema>"
+            << 2;
+        QTest::newRow("an entity that grows")
+            << "<!DOCTYPE d [<!ENTITY a "
+               "'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa'>"
+               "<!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;'><!ENTITY c "
+               "'&b;&b;&b;&b;&b;&b;&b;&b;&b;'>"
+               "<!ENTITY e '&c;&c;&c;&c;&c;&c;&c;&c;'>]><schema>&e;&e;&e;&e;</schema>"
+            << 3;
+        QString many = QStringLiteral("<schema><mol psiimId='mol1'>");
+        for (int i = 0; i < 20000; ++i)
+            many += QStringLiteral("<mcp posIndex='0'/>");
+        QTest::newRow("many elements of one place")
+            << many + QStringLiteral("</mol></schema>") << 3;
+    }
+
+    void damagedLayouts()
+    {
+        QFETCH(QString, layout);
+        QFETCH(int, lines);
+        Model model;
+        QVERIFY(model.db.molInsert(
+            {{ZelDbColumn::PsiimId, QStringLiteral("mol1")}, {ZelDbColumn::GraphicsInfo, layout}}));
+        QVERIFY(model.db.mcpInsert({{ZelDbColumn::PsiimId, QStringLiteral("mcp1")},
+            {ZelDbColumn::OwnerPsiimId, QStringLiteral("mol1")},
+            {ZelDbColumn::PosIndex, QStringLiteral("0")}}));
+        QVERIFY(model.db.bstInsert({{ZelDbColumn::PsiimId, QStringLiteral("bst1")},
+            {ZelDbColumn::OwnerPsiimId, QStringLiteral("mcp1")},
+            {ZelDbColumn::PosIndex, QStringLiteral("0")}}));
+        ZelScene scene(nullptr);
+        SdcMol mol(&model.db);
+        QVERIFY(mol.loadFromDb(QStringLiteral("mol1"), &scene));
+        const QStringList reports = takeDebugLines();
+        QCOMPARE(reports.size(), lines);
+        for (const QString &report : reports)
+            QVERIFY(report.startsWith(QStringLiteral("Error found at ")));
+        // Everything that the records hold is there, at a place that can be shown.
+        QCOMPARE(mol.getListSdcBst().size(), 1);
+        QVERIFY(scene.itemsBoundingRect().width() < 200.0);
+        QVERIFY(mol.getSdcMcpAtIndex(0)->getTagDirectionCode() <= 4);
+        QVERIFY(mol.getSdcMcpAtIndex(0)->getTagSize() >= 0.0);
+    }
+
+    void unknownMoleculeAndNoDatabase()
+    {
+        Model model;
+        SdcMol mol(&model.db);
+        QVERIFY(!mol.loadFromDb(QStringLiteral("mol7")));
+        QCOMPARE(takeDebugLines(),
+            QStringList(
+                {QStringLiteral("Error found at void SdcMol::loadDom(const QDomElement & "
+                                "domEltMol, ZelScene * scene, "
+                                "const QPointF & refPos)  \"mol7\" \"no such molecule\"")}));
+        SdcMol homeless(nullptr);
+        QVERIFY(!homeless.loadFromDb(QStringLiteral("mol1")));
+        QVERIFY(!homeless.saveToDb());
+        QCOMPARE(takeDebugLines().size(), 2);
+        model.file.close();
+        QVERIFY(!mol.saveToDb());
+        QCOMPARE(takeDebugLines().size(), 1);
+        QVERIFY(!mol.hasSdcChild());
+    }
+
+    void theOffsetShiftsTheDrawing()
+    {
+        Model model;
+        const std::unique_ptr<SdcMol> mol(fullMolecule(&model.db));
+        QVERIFY(mol->saveToDb());
+        const QRectF before = mol->getSdcSceneRectF();
+        deleteItems(mol.get());
+        ZelScene scene(nullptr);
+        QDomDocument doc;
+        QVERIFY(doc.setContent(
+            ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), mol->getPsiimId(), &model.db)));
+        SdcMol loaded(&model.db);
+        QVERIFY(loaded.loadDom(mol->getPsiimId(), doc.documentElement().firstChildElement(), &scene,
+            QPointF(100.0, -50.0), true));
+        QCOMPARE(loaded.getSdcSceneRectF(), before.translated(100.0, -50.0));
+        QCOMPARE(loaded.getScene(), &scene);
+        QCOMPARE(
+            loaded.getListSdcBst().first()->getZelEllipseItemBst()->pen().style(), Qt::DotLine);
+    }
+
+    void aLargeMolecule()
+    {
+        Model model;
+        QList<ZelTree::Mcp> mcps;
+        for (int i = 0; i < 1000; ++i)
+            mcps.append({QStringLiteral("c%1").arg(i), {}, 5});
+        const std::unique_ptr<SdcMol> mol(
+            ZelTree::molecule(&model.db, QStringLiteral("large"), mcps));
+        QVERIFY(mol->saveToDb());
+        const QString id = mol->getPsiimId();
+        deleteItems(mol.get());
+        SdcMol loaded(&model.db);
+        QVERIFY(loaded.loadFromDb(id));
+        const QList<SdcBst *> sites = loaded.getListSdcBst();
+        QCOMPARE(sites.size(), 5000);
+        QCOMPARE(sites.last()->getBstLabelText(), QStringLiteral("5000"));
+        QCOMPARE(loaded.getSdcMcpAtIndex(999)->getNumOfNeigbhors(), 1);
+        QCOMPARE(loaded.getSdcMcpAtIndex(500)->getNumOfNeigbhors(), 2);
+    }
+};
+
+ZEL_TEST(tst_SdcMolStorage)
+#include "tst_SdcMolStorage.moc"

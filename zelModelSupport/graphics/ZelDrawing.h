@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QColor>
+#include <QPen>
+#include <Qt>
+
+/// Sizes, pens, z-values and fonts of the drawing, in scene units and points.
+namespace zel::drawing {
+
+/// Z-values of an item relative to the item that it belongs to, unless said otherwise.
+namespace z {
+inline constexpr double Backbone = -1.0; ///< below the component that is the line's parent
+inline constexpr double Halo = -1.0;
+inline constexpr double Label = 0.2; ///< on top of the toolkit's default
+inline constexpr double StatusMark = -0.1; ///< relative to the label
+inline constexpr double Ring = 1.0;
+inline constexpr double Sticky = 2.0;
+inline constexpr double NotIndicator = 3.0;
+inline constexpr double BondCpx = 3.0; ///< absolute, before the line is first laid
+inline constexpr double Bond = 4.0; ///< absolute: bonds lie on top of the ellipses
+inline constexpr double NameLabel = 5.0; ///< absolute: names of molecules and complexes
+} // namespace z
+
+inline constexpr double HaloGrowEllipse = 1.2;
+inline constexpr double HaloGrowRect = 1.0;
+inline constexpr double HaloPenWidth = 2.0;
+inline constexpr double HaloPenWidthRect = 1.0;
+inline constexpr double HaloBlurRadius = 2.0;
+inline constexpr double RingShrink = 1.5;
+inline constexpr double RingOpacity = 0.7;
+
+inline constexpr double BondTrimStep = 1.0;
+inline constexpr double BondCpxHighlightWidth = 2.0;
+inline constexpr Qt::GlobalColor BondCpxColor = Qt::blue;
+
+inline constexpr double NotIndicatorPenWidth = 1.4;
+inline constexpr double NotIndicatorOpacity = 0.7;
+inline constexpr double NotIndicatorOverhang = 2.0;
+
+inline constexpr double StickySize = 8.0;
+inline constexpr double StickyGap = 2.0;
+inline constexpr double StickyPenWidth = 1.0;
+inline constexpr double StickySizeStep = 0.2;
+inline constexpr double StickySizeMin = 0.2;
+inline constexpr double StickyGapSmall = 1.0;
+inline constexpr double StickyGapLimit = 4.0; ///< sides up to this have the small gap
+inline constexpr double StickyNoGapLimit = 1.0; ///< sides up to this have no gap
+inline constexpr double StickyDontCareOpacity = 0.8;
+inline constexpr Qt::GlobalColor StickyColor = Qt::lightGray;
+
+inline constexpr double MarkOpacity = 0.5;
+inline constexpr double MarkShrink = 3.0; ///< bound and unbound: diameter less than the site's
+inline constexpr double MarkShrinkDontCare = 1.0;
+inline constexpr double MarkUnboundPenWidth = 2.0;
+inline constexpr double MarkUnboundWiden = 1.0;
+
+inline constexpr int SiteLabelPointSize = 6;
+inline constexpr double SiteLabelWidthShare = 0.8; ///< keeps wide labels off the round rim
+inline constexpr double SiteLabelLeastDeviceHeight = 4.0; ///< pixels; smaller is not legible
+inline constexpr int NamePointSize = 16;
+inline constexpr int RectTextPointSize = 20;
+
+/// Black or white, whichever reads better on the background.
+inline QColor textColorOn(const QColor &background)
+{
+    const double luminance =
+        0.299 * background.redF() + 0.587 * background.greenF() + 0.114 * background.blueF();
+    return background.alpha() > 127 && luminance < 0.45 ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+} // namespace zel::drawing

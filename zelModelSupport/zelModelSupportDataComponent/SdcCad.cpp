@@ -1,0 +1,7 @@
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCad.h"
+
+#include "zelDb/ZelDbSqliteModel.h"
+
+SdcCad::SdcCad(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent) : Sdc(zelDbSqliteModel, parent)
+{
+}

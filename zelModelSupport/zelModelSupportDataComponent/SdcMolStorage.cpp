@@ -1,0 +1,512 @@
+// How a molecule is written to the database and built from its records and its layout.
+
+#include "zelDb/ZelDb.h"
+#include "zelDb/ZelDbSqlite.h"
+#include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
+#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
+#include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
+#include "zelModelSupport/graphics/ZelScene.h"
+#include "zelModelSupport/support/zgs.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelShare/ZelShare.h"
+
+#include <QBrush>
+#include <QDebug>
+#include <QDomDocument>
+
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+// Where a component or site is drawn that the layout does not mention.
+constexpr double DefaultMcpWidth = 60.0;
+constexpr double DefaultMcpHeight = 40.0;
+constexpr double DefaultMcpGap = 10.0;
+constexpr double DefaultBstSize = 12.0;
+
+QString withDefault(const QString &text, const char *defaultText)
+{
+    return text.isEmpty() ? QLatin1String(defaultText) : text;
+}
+
+/// The child elements of one tag, found by position index; the order breaks ties.
+class LayoutChildren
+{
+public:
+    LayoutChildren(const QDomElement &parent, const QString &tag)
+    {
+        for (QDomElement e = parent.firstChildElement(tag); !e.isNull();
+             e = e.nextSiblingElement(tag)) {
+            const QString posIndex = e.attribute(QStringLiteral("posIndex"));
+            if (!posIndex.isEmpty())
+                m_byPosIndex[posIndex].append(e);
+            m_inOrder.append(e);
+        }
+    }
+
+    /// The element at that position that carries the id, else the first there, else the one that
+    /// stands at that place among its siblings; null when there is none.
+    QDomElement find(const QString &psiimId, qsizetype index) const
+    {
+        const QList<QDomElement> there = m_byPosIndex.value(QString::number(index));
+        for (const QDomElement &e : there) {
+            if (e.attribute(QStringLiteral("psiimId")) == psiimId)
+                return e;
+        }
+        return there.isEmpty() ? m_inOrder.value(index) : there.first();
+    }
+
+private:
+    QHash<QString, QList<QDomElement>> m_byPosIndex;
+    QList<QDomElement> m_inOrder;
+};
+
+bool readRect(const QDomElement &element, QRectF *rect)
+{
+    const QDomElement rectElement = element.firstChildElement(QStringLiteral("boundingRect"));
+    if (rectElement.isNull())
+        return false;
+    const QRectF read = zgs::getBoundingRectFromElt(rectElement);
+    // A rectangle that nobody can have drawn would take the whole scene with it.
+    constexpr double limit = 1.0e6;
+    for (const double number : {read.x(), read.y(), read.width(), read.height()}) {
+        if (!std::isfinite(number) || std::abs(number) > limit)
+            return false;
+    }
+    if (read.width() <= 0.0 || read.height() <= 0.0)
+        return false;
+    *rect = read;
+    return true;
+}
+
+/// A place on the rim for a site that the layout does not mention: evenly around, from the top.
+QRectF defaultSiteRect(const QRectF &mcpRect, qsizetype index, qsizetype count)
+{
+    const double angle = 2.0 * std::numbers::pi * static_cast<double>(index)
+        / static_cast<double>(std::max<qsizetype>(count, 1));
+    const QPointF centre = mcpRect.center()
+        + QPointF(
+            std::sin(angle) * mcpRect.width() / 2.0, -std::cos(angle) * mcpRect.height() / 2.0);
+    return {centre - QPointF(DefaultBstSize / 2.0, DefaultBstSize / 2.0),
+        QSizeF(DefaultBstSize, DefaultBstSize)};
+}
+
+} // namespace
+
+/// One load of a molecule: what its steps share.
+class SdcMolLoader
+{
+public:
+    SdcMolLoader(SdcMol *mol, ZelDbSqliteModel *db, ZelScene *scene, bool limited)
+        : m_mol(mol), m_db(db), m_scene(scene), m_limited(limited)
+    {
+    }
+
+    bool load(const QString &psiimId, const QDomElement &domEltMol, const QPointF &refPos)
+    {
+        const ZelDbRecord record = m_db->molGetHashInfo(psiimId);
+        if (record.isEmpty()) {
+            report(psiimId, QStringLiteral("no such molecule"));
+            return false;
+        }
+        checkId(domEltMol, psiimId);
+        setMolProperties(psiimId, record);
+        const QDomElement rectElement = domEltMol.firstChildElement(QStringLiteral("boundingRect"));
+        QPointF offset(rectElement.attribute(QStringLiteral("x")).toDouble(),
+            rectElement.attribute(QStringLiteral("y")).toDouble());
+        if (!std::isfinite(offset.x()) || !std::isfinite(offset.y()))
+            offset = {};
+        m_origin = refPos + offset;
+        m_nextDefaultPlace = m_origin;
+
+        const LayoutChildren elements(domEltMol, QStringLiteral("mcp"));
+        const QStringList mcpIds = m_db->molGetListMcpPsiimId(psiimId);
+        for (qsizetype i = 0; i < mcpIds.size(); ++i)
+            loadMcp(mcpIds.at(i), elements.find(mcpIds.at(i), i));
+        drawBackBones(psiimId);
+        return true;
+    }
+
+private:
+    void report(const QString &id, const QString &what) const
+    {
+        qDebug() << "Error found at void SdcMol::loadDom(const QDomElement & domEltMol, ZelScene * "
+                    "scene, const QPointF & refPos) "
+                 << id << what;
+    }
+
+    void checkId(const QDomElement &element, const QString &psiimId) const
+    {
+        const QString inLayout = element.attribute(QStringLiteral("psiimId"));
+        if (!element.isNull() && inLayout != psiimId)
+            report(psiimId, inLayout);
+    }
+
+    void setMolProperties(const QString &psiimId, const ZelDbRecord &record)
+    {
+        using namespace ZelDbColumn;
+        m_mol->setProperty(SdcProperty::PsiimId, record.value(PsiimId, psiimId));
+        m_mol->setProperty(SdcProperty::ShortName, record.value(ShortName));
+        m_mol->setProperty(SdcProperty::Name, record.value(Name));
+        m_mol->setProperty(SdcProperty::MolNumber16, record.value(MolNumber16));
+        m_mol->setProperty(SdcProperty::MolNumber18,
+            ZelShare::getScientificFormat(record.value(MolNumber18), 2, 10, false));
+        m_mol->setProperty(SdcProperty::MolNumber15, record.value(MolNumber15));
+        m_mol->setProperty(SdcProperty::Notes, record.value(Notes));
+        QColor color(record.value(Color));
+        if (!color.isValid())
+            color = m_mol->getMolDefaultColor();
+        m_mol->setProperty(SdcProperty::Color, color.name());
+        m_mol->m_color = color;
+        m_mol->setProperty(
+            SdcProperty::References, m_db->refGetReferences(QStringLiteral("mol"), psiimId));
+        m_mol->setProperty(SdcProperty::Location, record.value(Location));
+    }
+
+    void loadMcp(const QString &id, const QDomElement &element)
+    {
+        const ZelDbRecord record = m_db->mcpGetHashInfo(id);
+        checkId(element, id);
+        auto *mcp = new SdcMcp(m_db);
+        mcp->setProperty(
+            SdcProperty::References, m_db->refGetReferences(QStringLiteral("mcp"), id));
+        int code = 0;
+        bool hasLayout = false;
+        if (element.hasAttribute(QStringLiteral("tagDirectCode")))
+            code = std::clamp(element.attribute(QStringLiteral("tagDirectCode")).toInt(), 0, 4);
+        if (element.hasAttribute(QStringLiteral("tagSize"))
+            && element.hasAttribute(QStringLiteral("tagGap"))) {
+            const double size = element.attribute(QStringLiteral("tagSize")).toDouble();
+            const double gap = element.attribute(QStringLiteral("tagGap")).toDouble();
+            if (std::isfinite(size) && std::isfinite(gap) && size >= 0.0 && gap >= 0.0) {
+                mcp->setTagSize(size);
+                mcp->setTagGap(gap);
+                hasLayout = true;
+            }
+        }
+
+        QRectF rect;
+        if (readRect(element, &rect)) {
+            rect.translate(m_origin);
+        } else {
+            report(id, QStringLiteral("has no place in the layout"));
+            rect = QRectF(m_nextDefaultPlace, QSizeF(DefaultMcpWidth, DefaultMcpHeight));
+        }
+        m_nextDefaultPlace = rect.topRight() + QPointF(DefaultMcpGap, 0.0);
+
+        ZelEllipseItemMcp *const item = m_scene ? m_scene->addMcp(rect) : ZelScene::createMcp(rect);
+        if (!m_scene)
+            m_mol->m_itemsInNoScene.append(item);
+        item->setBrush(QBrush(m_mol->m_color, Qt::SolidPattern));
+        setNamedProperties(mcp, id, record);
+        mcp->setProperty(SdcProperty::Location, record.value(ZelDbColumn::Location));
+        mcp->setZelEllipseItemMcp(item);
+        item->setSdcMcp(mcp);
+        m_mol->addSdcMcp(mcp);
+        loadTags(mcp, item, id, code, hasLayout);
+        loadSites(mcp, item, id, element, rect);
+        item->slot_updateToolTips();
+    }
+
+    static void setNamedProperties(Sdc *sdc, const QString &id, const ZelDbRecord &record)
+    {
+        sdc->setProperty(SdcProperty::PsiimId, id);
+        sdc->setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
+        sdc->setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
+        sdc->setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
+    }
+
+    void loadTags(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &id, int code, bool hasLayout)
+    {
+        const double size = mcp->getTagSize();
+        const double gap = mcp->getTagGap();
+        QStringList names;
+        const QList<ZelDbState> states = m_db->mcpGetOrderedStates(id);
+        for (const ZelDbState &state : states) {
+            SdcMcpTag *const tag = mcp->addTag(state.name, state.color, false);
+            if (!tag)
+                continue;
+            tag->setProperty(SdcProperty::PsiimId, state.psiimId);
+            tag->setProperty(SdcProperty::References,
+                m_db->refGetReferences(QStringLiteral("mcpState"), state.psiimId));
+            names.append(state.name);
+        }
+        mcp->setProperty(SdcProperty::StateCode, names.join(u';'));
+        mcp->setTagDirectionCode(code);
+        mcp->setTagSize(size);
+        mcp->setTagGap(gap);
+        item->updateLayoutOfListStateSticky(!hasLayout);
+    }
+
+    void loadSites(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &mcpId,
+        const QDomElement &mcpElement, const QRectF &mcpRect)
+    {
+        const LayoutChildren elements(mcpElement, QStringLiteral("bst"));
+        const QStringList ids = m_db->bstGetListPsiimIdBasedOnMcp(mcpId);
+        for (qsizetype i = 0; i < ids.size(); ++i) {
+            const QString &id = ids.at(i);
+            const QDomElement element = elements.find(id, i);
+            checkId(element, id);
+            QRectF rect;
+            if (readRect(element, &rect)) {
+                rect.translate(mcpRect.topLeft());
+            } else {
+                report(id, QStringLiteral("has no place in the layout"));
+                rect = defaultSiteRect(mcpRect, i, ids.size());
+            }
+            ZelEllipseItemBst *const bstItem =
+                m_scene ? m_scene->addBst(rect, item) : ZelScene::createBst(rect, item);
+            bstItem->setBrush(QBrush(m_mol->m_color, Qt::SolidPattern));
+            auto *bst = new SdcBst(m_db);
+            bst->setProperty(
+                SdcProperty::References, m_db->refGetReferences(QStringLiteral("bst"), id));
+            setNamedProperties(bst, id, m_db->bstGetHashInfo(id));
+            bst->setZelEllipseItemBst(bstItem);
+            bstItem->setSdcBst(bst);
+            mcp->addSdcBst(bst);
+            bstItem->setAsLimited(m_limited);
+            bst->updateDisplayBstBindingStatus();
+        }
+    }
+
+    void drawBackBones(const QString &psiimId)
+    {
+        const QMultiHash<int, int> hash = m_db->molGetMultiHashMcpMcp(psiimId);
+        QList<QPair<int, int>> pairs;
+        for (auto it = hash.cbegin(); it != hash.cend(); ++it)
+            pairs.append({it.key(), it.value()});
+        std::sort(pairs.begin(), pairs.end()); // the hash has no order of its own
+        for (const auto &[a, b] : std::as_const(pairs)) {
+            SdcMcp *const mcpA = m_mol->getSdcMcpAtIndex(a);
+            SdcMcp *const mcpB = m_mol->getSdcMcpAtIndex(b);
+            if (!mcpA || !mcpB || mcpA == mcpB) {
+                report(psiimId, QStringLiteral("backbone %1-%2").arg(a).arg(b));
+                continue;
+            }
+            if (m_scene)
+                m_scene->drawBackBones(mcpA->getZelEllipseItemMcp(), mcpB->getZelEllipseItemMcp());
+            else
+                ZelScene::createBackBone(
+                    mcpA->getZelEllipseItemMcp(), mcpB->getZelEllipseItemMcp());
+        }
+    }
+
+    SdcMol *m_mol;
+    ZelDbSqliteModel *m_db;
+    ZelScene *m_scene;
+    bool m_limited;
+    QPointF m_origin;
+    QPointF m_nextDefaultPlace;
+};
+
+namespace {
+
+/// One save of a molecule. Every write is tried even after one has failed: the transaction's commit
+/// takes them all back.
+class MolSaver
+{
+public:
+    MolSaver(SdcMol *mol, ZelDbSqliteModel *db) : m_mol(mol), m_db(db) { }
+
+    bool save()
+    {
+        giveIds();
+        const QString molId = m_mol->getPsiimId();
+        check(m_db->molInsert(molRecord()));
+        saveReferences(QStringLiteral("mol"), m_mol);
+        const QList<SdcMcp *> mcps = m_mol->getListSdcMcp();
+        for (SdcMcp *mcp : mcps)
+            saveMcp(mcp);
+        for (qsizetype i = 0; i < mcps.size(); ++i) {
+            const QList<SdcMcp *> neighbors = mcps.at(i)->getListNeighborSdcMcps();
+            for (SdcMcp *neighbor : neighbors) {
+                const int other = neighbor->getPosIndex();
+                const int own = mcps.at(i)->getPosIndex();
+                // Each line is met from both of its ends.
+                if (neighbor->getParentSdc() != m_mol || other <= own)
+                    continue;
+                check(m_db->molInsertMcpMcp(molId, own, other));
+                m_kept.mcpPairs.append({own, other});
+            }
+        }
+        check(m_db->molRemoveRowsExcept(molId, m_kept));
+        return m_good;
+    }
+
+private:
+    void check(bool done) { m_good = m_good && done; }
+
+    void giveId(Sdc *sdc, int recordType)
+    {
+        if (!sdc->getPsiimId().isEmpty())
+            return;
+        const QString id = ZelDb::getNewSdcPsiimId(recordType, m_db);
+        check(!id.isEmpty());
+        sdc->setProperty(SdcProperty::PsiimId, id);
+    }
+
+    // The layout names every part by its id, so all have one before it is written.
+    void giveIds()
+    {
+        giveId(m_mol, ZelDb::Mol);
+        for (SdcMcp *mcp : m_mol->getListSdcMcp())
+            giveId(mcp, ZelDb::Mcp);
+        for (SdcBst *bst : m_mol->getListSdcBst())
+            giveId(bst, ZelDb::Bst);
+    }
+
+    ZelDbRecord molRecord() const
+    {
+        const auto p = [this](int key) { return m_mol->getProperty(key); };
+        return {
+            {ZelDbColumn::PsiimId, p(SdcProperty::PsiimId)},
+            {ZelDbColumn::ShortName, p(SdcProperty::ShortName)},
+            {ZelDbColumn::Name, p(SdcProperty::Name)},
+            {ZelDbColumn::Notes, p(SdcProperty::Notes)},
+            {ZelDbColumn::MolNumber15, withDefault(p(SdcProperty::MolNumber15), "0.1")},
+            {ZelDbColumn::MolNumber16, withDefault(p(SdcProperty::MolNumber16), "0.1")},
+            {ZelDbColumn::MolNumber18, withDefault(p(SdcProperty::MolNumber18), "0.1")},
+            {ZelDbColumn::Color, p(SdcProperty::Color)},
+            {ZelDbColumn::Location,
+                withDefault(p(SdcProperty::Location), ZelLocation::FreelyDiffusing)},
+            {ZelDbColumn::GraphicsInfo, m_mol->getGraphicsInfo()},
+        };
+    }
+
+    // Only a molecule at the membrane has components inside it.
+    QString mcpLocation(SdcMcp *mcp) const
+    {
+        const QString own = mcp->getProperty(SdcProperty::Location);
+        const QString ofMol = m_mol->getProperty(SdcProperty::Location);
+        if (own == QLatin1String(ZelLocation::InsideMembrane)
+            && ofMol != QLatin1String(ZelLocation::MembraneAssociated))
+            return withDefault(ofMol, ZelLocation::FreelyDiffusing);
+        return own;
+    }
+
+    static ZelDbRecord namedRecord(Sdc *sdc, const QString &ownerId, int posIndex)
+    {
+        return {
+            {ZelDbColumn::PsiimId, sdc->getPsiimId()},
+            {ZelDbColumn::OwnerPsiimId, ownerId},
+            {ZelDbColumn::PosIndex, QString::number(posIndex)},
+            {ZelDbColumn::ShortName, sdc->getProperty(SdcProperty::ShortName)},
+            {ZelDbColumn::Name, sdc->getProperty(SdcProperty::Name)},
+            {ZelDbColumn::Notes, sdc->getProperty(SdcProperty::Notes)},
+        };
+    }
+
+    void saveMcp(SdcMcp *mcp)
+    {
+        const QString id = mcp->getPsiimId();
+        ZelDbRecord record = namedRecord(mcp, m_mol->getPsiimId(), mcp->getPosIndex());
+        record.insert(ZelDbColumn::Location, mcpLocation(mcp));
+        check(m_db->mcpInsert(record));
+        m_kept.mcpPsiimIds.append(id);
+        saveReferences(QStringLiteral("mcp"), mcp);
+
+        QStringList &stateNames = m_kept.stateNames[id];
+        int index = 0;
+        bool hasTagReferences = false;
+        const QList<SdcMcpTag *> tags = mcp->getListSdcMcpTags();
+        for (SdcMcpTag *tag : tags) {
+            ZelRectItemMcpSticky *const sticky = tag->getZelRectItemMcpSticky();
+            if (!sticky)
+                continue;
+            check(m_db->mcpInsertState(id, sticky->getName(), sticky->getColor().name(), index++));
+            stateNames.append(sticky->getName());
+            hasTagReferences = hasTagReferences || tag->hasProperty(SdcProperty::References);
+        }
+        if (hasTagReferences)
+            saveTagReferences(id, tags);
+
+        const QList<Sdc *> sites = mcp->getListSdcChildren();
+        for (Sdc *child : sites) {
+            SdcBst *const bst = child ? child->toSdcBst() : nullptr;
+            if (!bst)
+                continue;
+            ZelDbRecord site = namedRecord(bst, id, bst->getPosIndex());
+            site.insert(ZelDbColumn::ShortName, bst->bstGetDefaultName(false));
+            site.insert(ZelDbColumn::RowNumber, QString::number(bst->getDisplayIndex()));
+            check(m_db->bstInsert(site));
+            m_kept.bstPsiimIds.append(bst->getPsiimId());
+            saveReferences(QStringLiteral("bst"), bst);
+        }
+    }
+
+    void saveReferences(const QString &kind, Sdc *sdc)
+    {
+        if (sdc->hasProperty(SdcProperty::References))
+            check(m_db->refInsert(
+                kind, sdc->getPsiimId(), sdc->getProperty(SdcProperty::References)));
+    }
+
+    // A state's id is the database's: it is known once the state is stored.
+    void saveTagReferences(const QString &mcpId, const QList<SdcMcpTag *> &tags)
+    {
+        QHash<QString, QString> idOfName;
+        const QList<ZelDbState> states = m_db->mcpGetOrderedStates(mcpId);
+        for (const ZelDbState &state : states)
+            idOfName.insert(state.name, state.psiimId);
+        for (SdcMcpTag *tag : tags) {
+            const QString id = idOfName.value(tag->getProperty(SdcProperty::ShortName));
+            if (!id.isEmpty() && tag->hasProperty(SdcProperty::References))
+                check(m_db->refInsert(
+                    QStringLiteral("mcpState"), id, tag->getProperty(SdcProperty::References)));
+        }
+    }
+
+    SdcMol *m_mol;
+    ZelDbSqliteModel *m_db;
+    ZelDbMolRows m_kept;
+    bool m_good = true;
+};
+
+} // namespace
+
+bool SdcMol::saveToDb()
+{
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    if (!db || !db->database()) {
+        qDebug() << "Error found at bool SdcMol::saveToDb(): no database";
+        return false;
+    }
+    ZelDbTransaction transaction(db->database());
+    if (!transaction.isActive()) {
+        qDebug() << "Error found at bool SdcMol::saveToDb():" << db->errorText();
+        return false;
+    }
+    const bool good = MolSaver(this, db).save();
+    // The commit takes everything back by itself when a statement has failed.
+    return transaction.commit() && good;
+}
+
+bool SdcMol::loadDom(const QString &psiimId, const QDomElement &domEltMol, ZelScene *scene,
+    const QPointF &refPos, bool limited)
+{
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    if (!db) {
+        qDebug() << "Error found at void SdcMol::loadDom(const QDomElement & domEltMol, ZelScene * "
+                    "scene, const QPointF & refPos) "
+                 << psiimId << "no database";
+        return false;
+    }
+    return SdcMolLoader(this, db, scene, limited).load(psiimId, domEltMol, refPos);
+}
+
+bool SdcMol::loadFromDb(const QString &psiimId, ZelScene *scene)
+{
+    const QString text =
+        ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), psiimId, getZelDbSqliteModel());
+    QDomDocument doc;
+    if (!text.isEmpty() && !doc.setContent(text))
+        qDebug() << "Error found at bool SdcMol::loadFromDb(): the layout of" << psiimId
+                 << "is not readable; parts get default places";
+    const QDomElement element = doc.documentElement().firstChildElement(QStringLiteral("mol"));
+    return loadDom(psiimId, element, scene, QPointF(0.0, 0.0), false);
+}
