@@ -84,7 +84,7 @@ bool ZelDbConnection::execute(const QString &statement)
         return failStatement(query.lastError());
     while (query.next()) { }
     if (observer)
-        observer(statement);
+        observer(statement, {});
     return true;
 }
 
@@ -97,7 +97,7 @@ bool ZelDbConnection::write(const QString &statement, const QVariantList &values
         return false;
     if (affected)
         *affected = query->numRowsAffected();
-    return finish(query, statement);
+    return finish(query, statement, values);
 }
 
 QVariant ZelDbConnection::value(const QString &statement, const QVariantList &values)
@@ -144,7 +144,7 @@ QSqlQuery *ZelDbConnection::start(const QString &statement, const QVariantList &
     return query;
 }
 
-bool ZelDbConnection::finish(QSqlQuery *query, const QString &statement)
+bool ZelDbConnection::finish(QSqlQuery *query, const QString &statement, const QVariantList &values)
 {
     // A failing step ends the rows like the last one, but leaves an error.
     if (query->lastError().isValid()) {
@@ -154,7 +154,7 @@ bool ZelDbConnection::finish(QSqlQuery *query, const QString &statement)
     }
     query->finish();
     if (observer)
-        observer(statement);
+        observer(statement, values);
     return true;
 }
 
@@ -263,7 +263,7 @@ bool ZelDbConnection::control(const QString &statement)
     if (!query.exec(statement))
         return failStatement(query.lastError());
     if (observer)
-        observer(statement);
+        observer(statement, {});
     return true;
 }
 
@@ -335,7 +335,7 @@ void ZelDbConnection::rollbackTop(bool forget)
         // Fails only where SQLite has rolled back by itself already.
         QSqlQuery query(m_db);
         if (query.exec(statement) && observer)
-            observer(statement);
+            observer(statement, {});
     };
     const Level top = m_levels.last();
     if (m_levels.size() == 1) {

@@ -39,7 +39,9 @@ public:
     bool execute(const QString &statement);
     /// Executes a writing statement; `affected` receives the number of changed rows.
     bool write(const QString &statement, const QVariantList &values, int *affected = nullptr);
-    /// Calls `row` for each row; false when the database refused.
+    /// Calls `row` for each row; false when the database refused. Of columns that are written as
+    /// expressions ("+name") the driver does not look the declared type up in every execution:
+    /// worth it where a load asks a thousand times.
     template <typename Row>
     bool read(const QString &statement, const QVariantList &values, Row row)
     {
@@ -48,7 +50,7 @@ public:
             return false;
         while (query->next())
             row(*query);
-        return finish(query, statement);
+        return finish(query, statement, values);
     }
     /// The first column of the first row, null when there is none.
     QVariant value(const QString &statement, const QVariantList &values = {});
@@ -84,7 +86,7 @@ public:
     /// Texts of the statements by kind and set of columns, which every row of a save needs.
     QHash<QPair<int, quint64>, QString> &statementTexts() { return m_statementTexts; }
 
-    std::function<void(const QString &)> observer;
+    std::function<void(const QString &, const QVariantList &)> observer;
 
 private:
     struct Level
@@ -96,7 +98,7 @@ private:
     };
 
     QSqlQuery *start(const QString &statement, const QVariantList &values);
-    bool finish(QSqlQuery *query, const QString &statement);
+    bool finish(QSqlQuery *query, const QString &statement, const QVariantList &values);
     bool failStatement(const QSqlError &error);
     bool control(const QString &statement);
     bool refuseBroken();

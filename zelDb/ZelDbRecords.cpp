@@ -6,12 +6,13 @@ namespace {
 
 using Type = ZelDbColumnType;
 
+// Columns as expressions: see ZelDbConnection::read().
 QString selectStatement(const ZelDbKind &kind)
 {
     QString columns;
     for (const ZelDbColumnInfo &info : kind.columns)
-        columns += QLatin1String(", ") + QLatin1String(info.name);
-    return QLatin1String("SELECT rowNumber%1 FROM %2 WHERE psiimId = ?")
+        columns += QLatin1String(", +") + QLatin1String(info.name);
+    return QLatin1String("SELECT +rowNumber%1 FROM %2 WHERE psiimId = ?")
         .arg(columns, QLatin1String(kind.word));
 }
 

@@ -281,7 +281,8 @@ QStringList ZelDbSqlite::checkIntegrity()
     return ZelDbIntegrity::problems(*m_connection);
 }
 
-void ZelDbSqlite::setStatementObserver(std::function<void(const QString &)> observer)
+void ZelDbSqlite::setStatementObserver(
+    std::function<void(const QString &, const QVariantList &)> observer)
 {
     m_connection->observer = std::move(observer);
 }

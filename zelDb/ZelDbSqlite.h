@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 #include <functional>
 #include <memory>
@@ -88,8 +89,9 @@ public:
     /// What is wrong with the stored data, one sentence each; empty when all is well.
     QStringList checkIntegrity();
 
-    /// Called with the text of each statement that was executed; for tracing.
-    void setStatementObserver(std::function<void(const QString &statement)> observer);
+    /// Called with the text and the bound values of each statement that was executed; for tracing.
+    void setStatementObserver(
+        std::function<void(const QString &statement, const QVariantList &values)> observer);
     /// Limits the size of the file to this number of kibibytes, for tests of full disks; 0 = none.
     bool setSizeLimit(int kibibytes);
 

@@ -26,7 +26,7 @@ ZelDbConnection *ZelDbSqliteModel::openConnection() const
 
 QString ZelDbSqliteModel::refGetReferences(const QString &kind, const QString &psiimId) const
 {
-    return value(this, "SELECT text FROM reference WHERE kind = ? AND id = ?", {kind, psiimId});
+    return value(this, "SELECT +text FROM reference WHERE kind = ? AND id = ?", {kind, psiimId});
 }
 
 bool ZelDbSqliteModel::refInsert(const QString &kind, const QString &psiimId, const QString &text)

@@ -91,13 +91,13 @@ bool ZelDbSqliteModel::mcpStateRemove(const QString &statePsiimId)
 QStringList ZelDbSqliteModel::molGetListMcpPsiimId(const QString &molPsiimId) const
 {
     return column(
-        this, "SELECT psiimId FROM mcp WHERE mol = ? ORDER BY posIndex, rowNumber", {molPsiimId});
+        this, "SELECT +psiimId FROM mcp WHERE mol = ? ORDER BY posIndex, rowNumber", {molPsiimId});
 }
 
 QStringList ZelDbSqliteModel::bstGetListPsiimIdBasedOnMcp(const QString &mcpPsiimId) const
 {
     return column(
-        this, "SELECT psiimId FROM bst WHERE mcp = ? ORDER BY posIndex, rowNumber", {mcpPsiimId});
+        this, "SELECT +psiimId FROM bst WHERE mcp = ? ORDER BY posIndex, rowNumber", {mcpPsiimId});
 }
 
 QMultiHash<int, int> ZelDbSqliteModel::molGetMultiHashMcpMcp(const QString &molPsiimId) const
@@ -156,7 +156,7 @@ QList<ZelDbState> ZelDbSqliteModel::mcpGetOrderedStates(const QString &mcpPsiimI
     ZelDbConnection *connection = openConnection();
     const bool ok = connection
         && connection->read(
-            QStringLiteral("SELECT psiimId, name, color FROM mcpState WHERE mcp = ? "
+            QStringLiteral("SELECT +psiimId, +name, +color FROM mcpState WHERE mcp = ? "
                            "ORDER BY posIndex, rowNumber"),
             {mcpPsiimId}, [&](const QSqlQuery &row) {
                 states.append(

@@ -91,7 +91,7 @@ int saveAndDie(const QStringList &arguments)
     if (!file.open(arguments.value(0)))
         return 3;
     int left = arguments.value(1).toInt();
-    file.setStatementObserver([&left](const QString &) {
+    file.setStatementObserver([&left](const QString &, const QVariantList &) {
         if (--left == 0)
             _exit(KilledExitCode);
     });

@@ -39,7 +39,7 @@ int saveAndDie(const QStringList &arguments)
     if (!db.open(arguments.value(0)))
         return 3;
     int left = arguments.value(1).toInt();
-    db.setStatementObserver([&left](const QString &) {
+    db.setStatementObserver([&left](const QString &, const QVariantList &) {
         if (--left == 0)
             _exit(KilledExitCode);
     });

@@ -41,11 +41,17 @@ void sortByPsiimId(QList<T *> &list)
 } // namespace
 
 Sdc::Sdc(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
-    : QObject(parent), m_zelDbSqliteModel(zelDbSqliteModel)
+    : Sdc(zelDbSqliteModel, parent, SdcType::None, QString())
 {
-    // What setSdcName("") and an empty short name leave behind, written once.
+}
+
+// What setSdcType(), setSdcName() and an empty short name leave behind, written once.
+Sdc::Sdc(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent, int type, const QString &name)
+    : QObject(parent), m_zelDbSqliteModel(zelDbSqliteModel), m_sdcType(type), m_sdcName(name)
+{
     m_properties.emplace_back(SdcProperty::ShortName, QString());
-    Sdc::updateStandardItemText();
+    if (type != SdcType::McpTagSet && type != SdcType::BstSet)
+        Sdc::updateStandardItemText();
 }
 
 Sdc::~Sdc()

@@ -216,6 +216,9 @@ public slots:
     void setHighlight(bool status);
 
 protected:
+    /// For the concrete kinds: type code and name from the start.
+    Sdc(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent, int type, const QString &name);
+
     const QList<Sdc *> &children() const { return m_children; }
     /// Empties the list without touching rows, texts or the children.
     void clearChildrenList();

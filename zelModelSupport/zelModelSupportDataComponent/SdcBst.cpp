@@ -11,10 +11,9 @@
 #include <QGraphicsScene>
 #include <QLineF>
 
-SdcBst::SdcBst(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent) : Sdc(zelDbSqliteModel, parent)
+SdcBst::SdcBst(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::Bst, QStringLiteral("Binding site"))
 {
-    setSdcType(SdcType::Bst);
-    setSdcName(QStringLiteral("Binding site"));
 }
 
 SdcBst::~SdcBst()

@@ -5,11 +5,8 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 
 SdcBstSet::SdcBstSet(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
-    : Sdc(zelDbSqliteModel, parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::BstSet, QStringLiteral("Binding Site(s)"))
 {
-    setSdcType(SdcType::BstSet);
-    setSdcName(QStringLiteral("Binding Site(s)"));
-    setText(QString()); // the base wrote one before it could know the kind
 }
 
 void SdcBstSet::setParentSdcMcp(SdcMcp *mcp)

@@ -3,10 +3,9 @@
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 
-SdcCpx::SdcCpx(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent) : Sdc(zelDbSqliteModel, parent)
+SdcCpx::SdcCpx(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::Cpx, QStringLiteral("Complex Species"))
 {
-    setSdcName(QStringLiteral("Complex Species"));
-    setSdcType(SdcType::Cpx);
 }
 
 SdcCpx::~SdcCpx()

@@ -3,10 +3,9 @@
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"
 
-SdcCxi::SdcCxi(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent) : Sdc(zelDbSqliteModel, parent)
+SdcCxi::SdcCxi(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::Cxi, QStringLiteral("Complex Interaction"))
 {
-    setSdcName(QStringLiteral("Complex Interaction"));
-    setSdcType(SdcType::Cxi);
 }
 
 SdcCxi::~SdcCxi()

@@ -14,10 +14,9 @@
 #include <QDebug>
 #include <QStringList>
 
-SdcMcp::SdcMcp(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent) : Sdc(zelDbSqliteModel, parent)
+SdcMcp::SdcMcp(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::Mcp, QStringLiteral("Molecule component"))
 {
-    setSdcType(SdcType::Mcp);
-    setSdcName(QStringLiteral("Molecule component"));
 }
 
 SdcMcp::~SdcMcp()

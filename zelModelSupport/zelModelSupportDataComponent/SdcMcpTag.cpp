@@ -7,10 +7,8 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 SdcMcpTag::SdcMcpTag(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
-    : Sdc(zelDbSqliteModel, parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::McpTag, QStringLiteral("Feature"))
 {
-    setSdcType(SdcType::McpTag);
-    setSdcName(QStringLiteral("Feature"));
 }
 
 SdcMcpTag::~SdcMcpTag()

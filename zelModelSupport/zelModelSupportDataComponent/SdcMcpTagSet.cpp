@@ -5,11 +5,8 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 
 SdcMcpTagSet::SdcMcpTagSet(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
-    : Sdc(zelDbSqliteModel, parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::McpTagSet, QStringLiteral("Feature(s)"))
 {
-    setSdcType(SdcType::McpTagSet);
-    setSdcName(QStringLiteral("Feature(s)"));
-    setText(QString()); // the base wrote one before it could know the kind
 }
 
 void SdcMcpTagSet::setParentSdcMcp(SdcMcp *mcp)

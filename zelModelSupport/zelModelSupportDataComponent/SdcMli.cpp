@@ -3,10 +3,9 @@
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
 
-SdcMli::SdcMli(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent) : Sdc(zelDbSqliteModel, parent)
+SdcMli::SdcMli(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::Mli, QStringLiteral("Molecule Interaction"))
 {
-    setSdcType(SdcType::Mli);
-    setSdcName(QStringLiteral("Molecule Interaction"));
 }
 
 SdcMli::~SdcMli()

@@ -50,10 +50,9 @@ void setBrushColor(QAbstractGraphicsShapeItem *item, const QColor &color)
 
 } // namespace
 
-SdcMol::SdcMol(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent) : Sdc(zelDbSqliteModel, parent)
+SdcMol::SdcMol(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
+    : Sdc(zelDbSqliteModel, parent, SdcType::Mol, QStringLiteral("Molecule"))
 {
-    setSdcType(SdcType::Mol);
-    setSdcName(QStringLiteral("Molecule"));
 }
 
 SdcMol::~SdcMol()

@@ -7,6 +7,7 @@
 class ZelEllipseItemMcp;
 class ZelRectItemWithText;
 class ZelScene;
+struct SdcLayout;
 
 /// A molecule: a chain of components with their features and binding sites.
 class ZELMODELSUPPORT_EXPORT SdcMol : public Sdc
@@ -76,6 +77,8 @@ public:
 private:
     friend class SdcMolLoader;
 
+    bool loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
+        const QPointF &refPos, bool limited);
     void deleteItemsInNoScene();
 
     QColor m_color;

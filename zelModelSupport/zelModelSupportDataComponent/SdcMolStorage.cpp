@@ -7,8 +7,8 @@
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelScene.h"
-#include "zelModelSupport/support/zgs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
@@ -16,8 +16,9 @@
 
 #include <QBrush>
 #include <QDebug>
-#include <QDomDocument>
+#include <QDomElement>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -34,55 +35,42 @@ QString withDefault(const QString &text, const char *defaultText)
     return text.isEmpty() ? QLatin1String(defaultText) : text;
 }
 
-/// The child elements of one tag, found by position index; the order breaks ties.
+/// The child layouts of one type, found by position index; the order breaks ties.
 class LayoutChildren
 {
 public:
-    LayoutChildren(const QDomElement &parent, const QString &tag)
+    LayoutChildren(const SdcLayout &parent, int sdcType)
     {
-        for (QDomElement e = parent.firstChildElement(tag); !e.isNull();
-             e = e.nextSiblingElement(tag)) {
-            const QString posIndex = e.attribute(QStringLiteral("posIndex"));
-            if (!posIndex.isEmpty())
-                m_byPosIndex[posIndex].append(e);
-            m_inOrder.append(e);
+        for (const SdcLayout &child : parent.children) {
+            if (child.sdcType != sdcType)
+                continue;
+            if (child.posIndex >= 0)
+                m_byPosIndex.insert(child.posIndex, &child);
+            m_inOrder.append(&child);
         }
     }
 
-    /// The element at that position that carries the id, else the first there, else the one that
-    /// stands at that place among its siblings; null when there is none.
-    QDomElement find(const QString &psiimId, qsizetype index) const
+    /// The one at that position that carries the id, else the first there, else the one that
+    /// stands at that place among its siblings, else an empty layout.
+    const SdcLayout &find(const QString &psiimId, int index) const
     {
-        const QList<QDomElement> there = m_byPosIndex.value(QString::number(index));
-        for (const QDomElement &e : there) {
-            if (e.attribute(QStringLiteral("psiimId")) == psiimId)
-                return e;
+        static const SdcLayout none;
+        const SdcLayout *first = nullptr; // a multi-hash answers the last inserted first
+        const auto [begin, end] = m_byPosIndex.equal_range(index);
+        for (auto it = begin; it != end; ++it) {
+            if (it.value()->psiimId == psiimId)
+                return *it.value();
+            first = it.value();
         }
-        return there.isEmpty() ? m_inOrder.value(index) : there.first();
+        if (first)
+            return *first;
+        return index < m_inOrder.size() ? *m_inOrder.at(index) : none;
     }
 
 private:
-    QHash<QString, QList<QDomElement>> m_byPosIndex;
-    QList<QDomElement> m_inOrder;
+    QMultiHash<int, const SdcLayout *> m_byPosIndex;
+    QList<const SdcLayout *> m_inOrder;
 };
-
-bool readRect(const QDomElement &element, QRectF *rect)
-{
-    const QDomElement rectElement = element.firstChildElement(QStringLiteral("boundingRect"));
-    if (rectElement.isNull())
-        return false;
-    const QRectF read = zgs::getBoundingRectFromElt(rectElement);
-    // A rectangle that nobody can have drawn would take the whole scene with it.
-    constexpr double limit = 1.0e6;
-    for (const double number : {read.x(), read.y(), read.width(), read.height()}) {
-        if (!std::isfinite(number) || std::abs(number) > limit)
-            return false;
-    }
-    if (read.width() <= 0.0 || read.height() <= 0.0)
-        return false;
-    *rect = read;
-    return true;
-}
 
 /// A place on the rim for a site that the layout does not mention: evenly around, from the top.
 QRectF defaultSiteRect(const QRectF &mcpRect, qsizetype index, qsizetype count)
@@ -107,27 +95,22 @@ public:
     {
     }
 
-    bool load(const QString &psiimId, const QDomElement &domEltMol, const QPointF &refPos)
+    bool load(const QString &psiimId, const SdcLayout &layout, const QPointF &refPos)
     {
         const ZelDbRecord record = m_db->molGetHashInfo(psiimId);
         if (record.isEmpty()) {
             report(psiimId, QStringLiteral("no such molecule"));
             return false;
         }
-        checkId(domEltMol, psiimId);
+        checkId(layout, psiimId);
         setMolProperties(psiimId, record);
-        const QDomElement rectElement = domEltMol.firstChildElement(QStringLiteral("boundingRect"));
-        QPointF offset(rectElement.attribute(QStringLiteral("x")).toDouble(),
-            rectElement.attribute(QStringLiteral("y")).toDouble());
-        if (!std::isfinite(offset.x()) || !std::isfinite(offset.y()))
-            offset = {};
-        m_origin = refPos + offset;
+        m_origin = refPos + layout.topLeft;
         m_nextDefaultPlace = m_origin;
 
-        const LayoutChildren elements(domEltMol, QStringLiteral("mcp"));
+        const LayoutChildren layouts(layout, SdcType::Mcp);
         const QStringList mcpIds = m_db->molGetListMcpPsiimId(psiimId);
         for (qsizetype i = 0; i < mcpIds.size(); ++i)
-            loadMcp(mcpIds.at(i), elements.find(mcpIds.at(i), i));
+            loadMcp(mcpIds.at(i), layouts.find(mcpIds.at(i), static_cast<int>(i)));
         drawBackBones(psiimId);
         return true;
     }
@@ -140,11 +123,10 @@ private:
                  << id << what;
     }
 
-    void checkId(const QDomElement &element, const QString &psiimId) const
+    void checkId(const SdcLayout &layout, const QString &psiimId) const
     {
-        const QString inLayout = element.attribute(QStringLiteral("psiimId"));
-        if (!element.isNull() && inLayout != psiimId)
-            report(psiimId, inLayout);
+        if (!layout.isNull() && layout.psiimId != psiimId)
+            report(psiimId, layout.psiimId);
     }
 
     void setMolProperties(const QString &psiimId, const ZelDbRecord &record)
@@ -168,31 +150,20 @@ private:
         m_mol->setProperty(SdcProperty::Location, record.value(Location));
     }
 
-    void loadMcp(const QString &id, const QDomElement &element)
+    void loadMcp(const QString &id, const SdcLayout &layout)
     {
         const ZelDbRecord record = m_db->mcpGetHashInfo(id);
-        checkId(element, id);
+        checkId(layout, id);
         auto *mcp = new SdcMcp(m_db);
         mcp->setProperty(
             SdcProperty::References, m_db->refGetReferences(QStringLiteral("mcp"), id));
-        int code = 0;
-        bool hasLayout = false;
-        if (element.hasAttribute(QStringLiteral("tagDirectCode")))
-            code = std::clamp(element.attribute(QStringLiteral("tagDirectCode")).toInt(), 0, 4);
-        if (element.hasAttribute(QStringLiteral("tagSize"))
-            && element.hasAttribute(QStringLiteral("tagGap"))) {
-            const double size = element.attribute(QStringLiteral("tagSize")).toDouble();
-            const double gap = element.attribute(QStringLiteral("tagGap")).toDouble();
-            if (std::isfinite(size) && std::isfinite(gap) && size >= 0.0 && gap >= 0.0) {
-                mcp->setTagSize(size);
-                mcp->setTagGap(gap);
-                hasLayout = true;
-            }
+        if (layout.tagSizeAndGap) {
+            mcp->setTagSize(layout.tagSizeAndGap->first);
+            mcp->setTagGap(layout.tagSizeAndGap->second);
         }
-
         QRectF rect;
-        if (readRect(element, &rect)) {
-            rect.translate(m_origin);
+        if (layout.rect) {
+            rect = layout.rect->translated(m_origin);
         } else {
             report(id, QStringLiteral("has no place in the layout"));
             rect = QRectF(m_nextDefaultPlace, QSizeF(DefaultMcpWidth, DefaultMcpHeight));
@@ -208,8 +179,8 @@ private:
         mcp->setZelEllipseItemMcp(item);
         item->setSdcMcp(mcp);
         m_mol->addSdcMcp(mcp);
-        loadTags(mcp, item, id, code, hasLayout);
-        loadSites(mcp, item, id, element, rect);
+        loadTags(mcp, item, id, layout);
+        loadSites(mcp, item, id, layout, rect);
         item->slot_updateToolTips();
     }
 
@@ -221,7 +192,7 @@ private:
         sdc->setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
     }
 
-    void loadTags(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &id, int code, bool hasLayout)
+    void loadTags(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &id, const SdcLayout &layout)
     {
         const double size = mcp->getTagSize();
         const double gap = mcp->getTagGap();
@@ -237,28 +208,25 @@ private:
             names.append(state.name);
         }
         mcp->setProperty(SdcProperty::StateCode, names.join(u';'));
-        mcp->setTagDirectionCode(code);
+        mcp->setTagDirectionCode(layout.tagDirectionCode);
         mcp->setTagSize(size);
         mcp->setTagGap(gap);
-        item->updateLayoutOfListStateSticky(!hasLayout);
+        item->updateLayoutOfListStateSticky(!layout.tagSizeAndGap);
     }
 
     void loadSites(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &mcpId,
-        const QDomElement &mcpElement, const QRectF &mcpRect)
+        const SdcLayout &mcpLayout, const QRectF &mcpRect)
     {
-        const LayoutChildren elements(mcpElement, QStringLiteral("bst"));
+        const LayoutChildren layouts(mcpLayout, SdcType::Bst);
         const QStringList ids = m_db->bstGetListPsiimIdBasedOnMcp(mcpId);
         for (qsizetype i = 0; i < ids.size(); ++i) {
             const QString &id = ids.at(i);
-            const QDomElement element = elements.find(id, i);
-            checkId(element, id);
-            QRectF rect;
-            if (readRect(element, &rect)) {
-                rect.translate(mcpRect.topLeft());
-            } else {
+            const SdcLayout &layout = layouts.find(id, static_cast<int>(i));
+            checkId(layout, id);
+            if (!layout.rect)
                 report(id, QStringLiteral("has no place in the layout"));
-                rect = defaultSiteRect(mcpRect, i, ids.size());
-            }
+            const QRectF rect = layout.rect ? layout.rect->translated(mcpRect.topLeft())
+                                            : defaultSiteRect(mcpRect, i, ids.size());
             ZelEllipseItemBst *const bstItem =
                 m_scene ? m_scene->addBst(rect, item) : ZelScene::createBst(rect, item);
             bstItem->setBrush(QBrush(m_mol->m_color, Qt::SolidPattern));
@@ -489,6 +457,25 @@ bool SdcMol::saveToDb()
 bool SdcMol::loadDom(const QString &psiimId, const QDomElement &domEltMol, ZelScene *scene,
     const QPointF &refPos, bool limited)
 {
+    return loadLayout(psiimId, SdcLayout::fromElement(domEltMol), scene, refPos, limited);
+}
+
+bool SdcMol::loadFromDb(const QString &psiimId, ZelScene *scene)
+{
+    const QString text =
+        ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), psiimId, getZelDbSqliteModel());
+    QString error;
+    const SdcLayout layout =
+        text.isEmpty() ? SdcLayout() : SdcLayout::fromXml(text, SdcType::Mol, &error);
+    if (!error.isEmpty())
+        qDebug() << "Error found at bool SdcMol::loadFromDb(): the layout of" << psiimId
+                 << "is not readable, parts get default places:" << error;
+    return loadLayout(psiimId, layout, scene, QPointF(0.0, 0.0), false);
+}
+
+bool SdcMol::loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
+    const QPointF &refPos, bool limited)
+{
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     if (!db) {
         qDebug() << "Error found at void SdcMol::loadDom(const QDomElement & domEltMol, ZelScene * "
@@ -496,17 +483,5 @@ bool SdcMol::loadDom(const QString &psiimId, const QDomElement &domEltMol, ZelSc
                  << psiimId << "no database";
         return false;
     }
-    return SdcMolLoader(this, db, scene, limited).load(psiimId, domEltMol, refPos);
-}
-
-bool SdcMol::loadFromDb(const QString &psiimId, ZelScene *scene)
-{
-    const QString text =
-        ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), psiimId, getZelDbSqliteModel());
-    QDomDocument doc;
-    if (!text.isEmpty() && !doc.setContent(text))
-        qDebug() << "Error found at bool SdcMol::loadFromDb(): the layout of" << psiimId
-                 << "is not readable; parts get default places";
-    const QDomElement element = doc.documentElement().firstChildElement(QStringLiteral("mol"));
-    return loadDom(psiimId, element, scene, QPointF(0.0, 0.0), false);
+    return SdcMolLoader(this, db, scene, limited).load(psiimId, layout, refPos);
 }

@@ -1,0 +1,153 @@
+#include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
+
+#include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
+
+#include <QDomElement>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr int MaxDepth = 4; // a complex, its molecules, their components, their sites
+constexpr double MaxNumber = 1.0e6; // beyond, nobody can have drawn it
+
+bool isUsable(double number)
+{
+    return std::isfinite(number) && std::abs(number) <= MaxNumber;
+}
+
+constexpr QLatin1String RectTag("boundingRect");
+
+int typeOf(QStringView tag)
+{
+    if (tag == QLatin1String("bst"))
+        return SdcType::Bst;
+    if (tag == QLatin1String("mcp"))
+        return SdcType::Mcp;
+    if (tag == QLatin1String("mol"))
+        return SdcType::Mol;
+    return tag == QLatin1String("cpx") ? SdcType::Cpx : SdcType::None;
+}
+
+QString textOf(const QString &text)
+{
+    return text;
+}
+
+QString textOf(QStringView text)
+{
+    return text.toString();
+}
+
+// The text of an attribute, null when it is absent, from a document or from a stream.
+struct DomAttributes
+{
+    const QDomElement &element;
+    QString operator()(const char *name) const { return element.attribute(QLatin1String(name)); }
+};
+
+struct StreamAttributes
+{
+    const QXmlStreamAttributes attributes;
+    QStringView operator()(const char *name) const { return attributes.value(QLatin1String(name)); }
+};
+
+template <typename Attributes>
+void readComponent(SdcLayout *layout, const Attributes &attribute)
+{
+    layout->psiimId = textOf(attribute("psiimId"));
+    bool isNumber = false;
+    const int posIndex = attribute("posIndex").toInt(&isNumber);
+    layout->posIndex = isNumber && posIndex >= 0 ? posIndex : -1;
+    layout->tagDirectionCode = std::clamp(attribute("tagDirectCode").toInt(), 0, 4);
+    const auto size = attribute("tagSize");
+    const auto gap = attribute("tagGap");
+    if (size.isNull() || gap.isNull())
+        return;
+    const double sizeNumber = size.toDouble();
+    const double gapNumber = gap.toDouble();
+    if (isUsable(sizeNumber) && isUsable(gapNumber) && sizeNumber >= 0.0 && gapNumber >= 0.0)
+        layout->tagSizeAndGap = {sizeNumber, gapNumber};
+}
+
+template <typename Attributes>
+void readRect(SdcLayout *layout, const Attributes &attribute)
+{
+    const QRectF rect(attribute("x").toDouble(), attribute("y").toDouble(),
+        attribute("w").toDouble(), attribute("h").toDouble());
+    if (!isUsable(rect.x()) || !isUsable(rect.y()))
+        return;
+    layout->topLeft = rect.topLeft();
+    if (isUsable(rect.width()) && isUsable(rect.height()) && rect.width() > 0.0
+        && rect.height() > 0.0)
+        layout->rect = rect;
+}
+
+SdcLayout fromElementAtDepth(const QDomElement &element, int sdcType, int depth)
+{
+    SdcLayout layout;
+    layout.sdcType = sdcType;
+    readComponent(&layout, DomAttributes{element});
+    bool hasRect = false;
+    for (QDomElement child = element.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        const int childType = typeOf(child.tagName());
+        if (childType != SdcType::None && depth < MaxDepth)
+            layout.children.append(fromElementAtDepth(child, childType, depth + 1));
+        else if (child.tagName() == RectTag && !std::exchange(hasRect, true))
+            readRect(&layout, DomAttributes{child});
+    }
+    return layout;
+}
+
+/// Reads the element that the reader stands on, to its end.
+SdcLayout fromStreamAtDepth(QXmlStreamReader *reader, int sdcType, int depth)
+{
+    SdcLayout layout;
+    layout.sdcType = sdcType;
+    readComponent(&layout, StreamAttributes{reader->attributes()});
+    bool hasRect = false;
+    while (reader->readNextStartElement()) {
+        const int childType = typeOf(reader->name());
+        if (childType != SdcType::None && depth < MaxDepth) {
+            layout.children.append(fromStreamAtDepth(reader, childType, depth + 1));
+            continue;
+        }
+        if (reader->name() == RectTag && !std::exchange(hasRect, true))
+            readRect(&layout, StreamAttributes{reader->attributes()});
+        reader->skipCurrentElement();
+    }
+    return layout;
+}
+
+} // namespace
+
+SdcLayout SdcLayout::fromElement(const QDomElement &element)
+{
+    const int type = typeOf(element.tagName());
+    return type == SdcType::None ? SdcLayout() : fromElementAtDepth(element, type, 1);
+}
+
+SdcLayout SdcLayout::fromXml(const QString &xml, int sdcType, QString *error)
+{
+    QXmlStreamReader reader(xml);
+    SdcLayout layout;
+    if (reader.readNextStartElement()) {
+        while (reader.readNextStartElement()) {
+            if (layout.isNull() && typeOf(reader.name()) == sdcType)
+                layout = fromStreamAtDepth(&reader, sdcType, 1);
+            else
+                reader.skipCurrentElement();
+        }
+    }
+    // Read to the end: what is cut off or trails behind makes the whole unreadable.
+    while (!reader.atEnd())
+        reader.readNext();
+    if (!reader.hasError())
+        return layout;
+    *error = reader.errorString();
+    return {};
+}
