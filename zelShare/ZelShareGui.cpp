@@ -146,9 +146,12 @@ double ZelShareGui::centerDistanceForGap(
     const auto shorter = [](const QRectF &rect) { return std::min(rect.width(), rect.height()); };
     const double flat = std::max(shorter(first) + shorter(second), 1e-6);
     const double reach = std::clamp((longer(first) + longer(second)) / flat, 1.0, 1e6);
+    if (reach <= 1.0)
+        return distance(0.0); // two circles
     double low = -reach;
     double high = reach;
-    for (int i = 0; i < 100; ++i) {
+    // Near the least distance its error is the square of the slope's: this is exact to rounding.
+    for (int i = 0; i < 40; ++i) {
         const double left = low + (high - low) / 3.0;
         const double right = high - (high - low) / 3.0;
         if (distance(left) < distance(right))
