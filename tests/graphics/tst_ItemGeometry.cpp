@@ -81,7 +81,8 @@ bool rowInside(const QRectF &ellipse, int count, double side, double gap)
 {
     const double x = (count * side + (count - 1) * gap) / ellipse.width();
     const double y = side / ellipse.height();
-    return x * x + y * y <= 1.0;
+    return x * x + y * y <= 0.75 * 0.75
+        && side <= 0.3 * std::min(ellipse.width(), ellipse.height());
 }
 
 } // namespace
@@ -197,7 +198,8 @@ void tst_ItemGeometry::fittedRow()
     QFETCH(int, count);
     QFETCH(double, gap);
 
-    // The rule word by word: from the lesser extent down by 0.2 until the row fits.
+    // The rule word by word: from the lesser extent down by 0.2 until the row fits, off the rim
+    // and no higher than a share of the ellipse.
     const auto gapOf = [gap](double side) { return side <= 1.0 ? 0.0 : side <= 4.0 ? 1.0 : gap; };
     const double greatest = std::min(ellipse.width(), ellipse.height());
     double side = greatest;

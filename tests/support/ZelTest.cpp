@@ -36,6 +36,9 @@ void record(QtMsgType type, const QMessageLogContext &context, const QString &te
         previousHandler(type, context, text);
         return;
     }
+    // What the windowless platform says about windows.
+    if (text.startsWith(QLatin1String("This plugin does not support ")))
+        return;
     debugLines().append(text);
 }
 

@@ -26,6 +26,8 @@ inline constexpr double HaloGrowRect = 1.0;
 inline constexpr double HaloPenWidth = 2.0;
 inline constexpr double HaloPenWidthRect = 1.0;
 inline constexpr double HaloBlurRadius = 2.0;
+inline constexpr int HaloCoats = 2;
+inline constexpr int HaloCoatsRect = 4; ///< a thin outline blurs to less
 inline constexpr double RingShrink = 1.5;
 inline constexpr double RingOpacity = 0.7;
 
@@ -40,8 +42,11 @@ inline constexpr double NotIndicatorOverhang = 2.0;
 inline constexpr double StickySize = 8.0;
 inline constexpr double StickyGap = 2.0;
 inline constexpr double StickyPenWidth = 1.0;
+inline constexpr double StickyPenShare = 0.2; ///< of its side, at which a rim is at most drawn
 inline constexpr double StickySizeStep = 0.2;
 inline constexpr double StickySizeMin = 0.2;
+inline constexpr double StickyRowShare = 0.75; ///< of the ellipse, that a fitted row takes at most
+inline constexpr double StickySideShare = 0.3; ///< of the ellipse's lesser extent, likewise
 inline constexpr double StickyGapSmall = 1.0;
 inline constexpr double StickyGapLimit = 4.0; ///< sides up to this have the small gap
 inline constexpr double StickyNoGapLimit = 1.0; ///< sides up to this have no gap
@@ -55,10 +60,21 @@ inline constexpr double MarkUnboundPenWidth = 2.0;
 inline constexpr double MarkUnboundWiden = 1.0;
 
 inline constexpr int SiteLabelPointSize = 6;
-inline constexpr double SiteLabelWidthShare = 0.8; ///< keeps wide labels off the round rim
+inline constexpr double SiteLabelWidthShare = 0.66; ///< keeps wide labels off the round rim
+inline constexpr double SiteLabelHeightShare = 0.85;
+inline constexpr double SiteLabelEnlargement = 16.0; ///< of a site while its label is measured
 inline constexpr double SiteLabelLeastDeviceHeight = 4.0; ///< pixels; smaller is not legible
 inline constexpr int NamePointSize = 16;
+inline constexpr double NameVeilRadius = 5.0;
 inline constexpr int RectTextPointSize = 20;
+inline constexpr double RectTextShare = 0.9; ///< of the rectangle, that its text takes at most
+inline constexpr double RectTextRim = 2.5; ///< the light rim around the letters
+
+/// What lies between a name and the drawing below it.
+inline QColor nameVeil()
+{
+    return {255, 255, 255, 200};
+}
 
 /// Black or white, whichever reads better on the background.
 inline QColor textColorOn(const QColor &background)

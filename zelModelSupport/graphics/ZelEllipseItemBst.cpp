@@ -1,13 +1,13 @@
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 
 #include "zelModelSupport/graphics/ZelDrawing.h"
+#include "zelModelSupport/graphics/ZelGlowEffect.h"
 #include "zelModelSupport/graphics/ZelItemGeometry.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelShare/ZelShareGui.h"
 
 #include <QApplication>
 #include <QBrush>
-#include <QGraphicsBlurEffect>
 #include <QGraphicsTextItem>
 #include <QPainter>
 #include <QPalette>
@@ -163,8 +163,7 @@ void ZelEllipseItemBst::setAlwaysHighlight(bool on)
             QApplication::palette().brush(QPalette::Current, QPalette::Highlight);
         m_ring->setPen(QPen(highlight.color(), HaloPenWidth));
         m_ring->setZValue(zValue() + z::Ring);
-        auto *const blur = new QGraphicsBlurEffect;
-        blur->setBlurRadius(HaloBlurRadius);
+        auto *const blur = new ZelGlowEffect(m_ring);
         blur->setBlurHints(QGraphicsBlurEffect::QualityHint);
         m_ring->setGraphicsEffect(blur);
         m_ring->setOpacity(RingOpacity);
@@ -225,13 +224,18 @@ QFont ZelEllipseItemBst::fittedFont() const
         auto *const font = new QFont;
         font->setPointSize(SiteLabelPointSize);
         font->setStyleHint(QFont::TypeWriter, QFont::PreferDefault);
+        // Measured at one scale and drawn at another: digits must not snap to pixels.
+        font->setHintingPreference(QFont::PreferNoHinting);
         return font;
     }();
     if (m_label.isEmpty())
         return base;
     QFont font = base;
-    font.setPointSize(ZelShareGui::getMaxiumFontSize(
-        m_label, rect().width() * SiteLabelWidthShare, rect().height(), base));
+    // Whole sizes are coarse steps in a small site: fit a site many times as large.
+    const int size = ZelShareGui::getMaxiumFontSize(m_label,
+        rect().width() * SiteLabelWidthShare * SiteLabelEnlargement,
+        rect().height() * SiteLabelHeightShare * SiteLabelEnlargement, base);
+    font.setPointSizeF(size / SiteLabelEnlargement);
     return font;
 }
 

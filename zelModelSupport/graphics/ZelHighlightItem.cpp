@@ -2,11 +2,11 @@
 
 #include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItem.h"
+#include "zelModelSupport/graphics/ZelGlowEffect.h"
 #include "zelModelSupport/graphics/ZelLineItem.h"
 #include "zelModelSupport/graphics/ZelRectItem.h"
 
 #include <QApplication>
-#include <QGraphicsBlurEffect>
 #include <QGraphicsEllipseItem>
 #include <QGraphicsLineItem>
 #include <QGraphicsRectItem>
@@ -71,24 +71,26 @@ void ZelHighlightItem::makeHalo()
         auto *halo = new QGraphicsEllipseItem(grown(ellipse->rect(), HaloGrowEllipse), ellipse);
         halo->setPen(m_pen);
         halo->setZValue(ellipse->zValue() + z::Halo);
-        addHalo(halo);
+        // Around the owner, not over it: rim, fill and number stay as they are.
+        halo->setFlag(QGraphicsItem::ItemStacksBehindParent);
+        addHalo(halo, HaloCoats);
     } else if (ZelLineItem *line = m_owner->asLineItem()) {
         auto *halo = new QGraphicsLineItem(line->line(), line);
         halo->setPen(m_pen);
-        addHalo(halo);
+        addHalo(halo, HaloCoats);
     } else if (ZelRectItem *rect = m_owner->asRectItem()) {
         auto *halo = new QGraphicsRectItem(grown(rect->rect(), HaloGrowRect), rect);
         halo->setPen(m_rectPen);
         halo->setZValue(rect->zValue() + z::Halo);
-        addHalo(halo);
+        halo->setFlag(QGraphicsItem::ItemStacksBehindParent);
+        addHalo(halo, HaloCoatsRect);
     }
 }
 
-void ZelHighlightItem::addHalo(QGraphicsItem *haloItem)
+void ZelHighlightItem::addHalo(QGraphicsItem *haloItem, int coats)
 {
     m_haloItem = haloItem;
-    m_blurEffect = new QGraphicsBlurEffect;
-    m_blurEffect->setBlurRadius(HaloBlurRadius);
+    m_blurEffect = new ZelGlowEffect(haloItem, coats);
     haloItem->setGraphicsEffect(m_blurEffect);
     haloItem->setOpacity(1.0);
     haloItem->setVisible(false);

@@ -31,7 +31,7 @@ public:
 
 private:
     void makeHalo();
-    void addHalo(QGraphicsItem *haloItem);
+    void addHalo(QGraphicsItem *haloItem, int coats);
 
     ZelGItem *m_owner = nullptr;
     QPen m_pen;

@@ -54,7 +54,10 @@ double trimSteps(
 bool rowFits(const QRectF &ellipse, int count, const RowMeasure &measure)
 {
     const double length = count * measure.side + (count - 1) * measure.gap;
-    return std::hypot(length / ellipse.width(), measure.side / ellipse.height()) <= 1.0;
+    const double least = std::min(ellipse.width(), ellipse.height());
+    return std::hypot(length / ellipse.width(), measure.side / ellipse.height())
+        <= drawing::StickyRowShare
+        && measure.side <= drawing::StickySideShare * least;
 }
 
 } // namespace

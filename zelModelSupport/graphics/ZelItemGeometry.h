@@ -41,7 +41,8 @@ struct RowMeasure
 ZELMODELSUPPORT_EXPORT double rowGap(double side, double largeGap);
 
 /// The largest side, in steps down from the ellipse's lesser extent, at which a horizontal row of
-/// count squares lies inside the ellipse; the least side when none does.
+/// count squares lies well inside the ellipse, off its rim and no higher than a share of it; the
+/// least side when none does.
 ZELMODELSUPPORT_EXPORT RowMeasure fitRow(const QRectF &ellipse, int count, double largeGap);
 
 /// The squares of the row through the centre of a rectangle, in the order of the stickies.

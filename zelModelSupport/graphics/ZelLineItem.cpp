@@ -3,6 +3,10 @@
 #include "zelModelSupport/graphics/ZelHighlightItem.h"
 
 #include <QLineF>
+#include <QPen>
+
+#include <algorithm>
+#include <numbers>
 
 ZelLineItem::ZelLineItem(QGraphicsItem *parentItem) : QGraphicsLineItem(parentItem) { }
 
@@ -14,6 +18,13 @@ ZelLineItem::~ZelLineItem()
 int ZelLineItem::type() const
 {
     return ZelLineItemType;
+}
+
+QRectF ZelLineItem::boundingRect() const
+{
+    // Square caps reach out by the half width along both axes of a slanted line.
+    const double reach = std::max(pen().widthF(), 1.0) / std::numbers::sqrt2 + 0.5;
+    return QRectF(line().p1(), line().p2()).normalized().adjusted(-reach, -reach, reach, reach);
 }
 
 ZelLineItem *ZelLineItem::asLineItem()

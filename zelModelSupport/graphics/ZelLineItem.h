@@ -13,6 +13,8 @@ public:
     ~ZelLineItem() override;
 
     int type() const override;
+    /// The line's ends, grown by the pen; the toolkit's own strokes a path at every call.
+    QRectF boundingRect() const override;
     bool isHighlighted() const { return m_highlighted; }
 
     ZelLineItem *asLineItem() override;

@@ -7,6 +7,9 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 
 #include <QGraphicsPolygonItem>
+#include <QPainter>
+
+#include <algorithm>
 
 #include <utility>
 
@@ -147,6 +150,20 @@ void ZelRectItemMcpSticky::updateHalfNofillItem()
 {
     if (m_halfNofillItem)
         m_halfNofillItem->setPolygon(zel::geometry::halfFillPolygon(rect()));
+}
+
+void ZelRectItemMcpSticky::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
+{
+    // Inside the square, so that neighbours keep their gap; finer where the square is small, so
+    // that its filling is seen.
+    const double side = std::min(rect().width(), rect().height());
+    QPen rim = pen();
+    rim.setJoinStyle(Qt::MiterJoin);
+    rim.setWidthF(std::min(rim.widthF(), side * StickyPenShare));
+    const double inset = rim.style() == Qt::NoPen ? 0.0 : rim.widthF() / 2.0;
+    painter->setPen(rim);
+    painter->setBrush(brush());
+    painter->drawRect(rect().adjusted(inset, inset, -inset, -inset));
 }
 
 ZelRectItemMcpSticky *ZelRectItemMcpSticky::asRectItemMcpSticky()

@@ -47,6 +47,7 @@ public:
     /// Fits the white part to the square; nothing while there is none.
     void updateHalfNofillItem();
 
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
     ZelRectItemMcpSticky *asRectItemMcpSticky() override;
     bool isRectItemMcpSticky() override;
 

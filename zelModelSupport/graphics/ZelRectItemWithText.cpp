@@ -4,7 +4,42 @@
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QGraphicsSimpleTextItem>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+
+#include <algorithm>
+
+namespace {
+
+/// A text with a light rim, which reads over any drawing.
+class RimmedText : public QGraphicsSimpleTextItem
+{
+public:
+    using QGraphicsSimpleTextItem::QGraphicsSimpleTextItem;
+
+    QRectF boundingRect() const override
+    {
+        if (text().isEmpty())
+            return {};
+        constexpr double rim = zel::drawing::RectTextRim / 2.0;
+        return QGraphicsSimpleTextItem::boundingRect().adjusted(-rim, -rim, rim, rim);
+    }
+
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *) override
+    {
+        QPainterPath letters;
+        letters.addText(0.0, QFontMetricsF(font()).ascent(), font(), text());
+        const QPen rim(
+            Qt::white, zel::drawing::RectTextRim, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+        painter->strokePath(letters, rim);
+        painter->fillPath(letters, brush());
+    }
+};
+
+} // namespace
 
 ZelRectItemWithText::ZelRectItemWithText(QGraphicsItem *parentItem)
     : ZelRectItemWithText(QRectF(), parentItem)
@@ -12,11 +47,14 @@ ZelRectItemWithText::ZelRectItemWithText(QGraphicsItem *parentItem)
 }
 
 ZelRectItemWithText::ZelRectItemWithText(const QRectF &rect, QGraphicsItem *parentItem)
-    : ZelRectItem(rect, parentItem), m_textItem(new QGraphicsSimpleTextItem(this))
+    : ZelRectItem(rect, parentItem), m_textItem(new RimmedText(this))
 {
     QFont font = m_textItem->font();
     font.setPointSize(zel::drawing::RectTextPointSize);
+    font.setHintingPreference(QFont::PreferNoHinting);
     m_textItem->setFont(font);
+    m_textItem->setBrush(Qt::black);
+    m_textItem->setFlag(ItemIgnoresParentOpacity); // the text of a translucent plate stays clear
     centreText();
 }
 
@@ -52,5 +90,14 @@ Sdc *ZelRectItemWithText::getSdc()
 
 void ZelRectItemWithText::centreText()
 {
-    m_textItem->setPos(rect().center() - m_textItem->boundingRect().center());
+    const QRectF text = m_textItem->boundingRect();
+    // Text that is too large is drawn smaller; a plate without extent has no say.
+    double scale = 1.0;
+    if (!rect().isEmpty() && !text.isEmpty()) {
+        const double room =
+            std::min(rect().width() / text.width(), rect().height() / text.height());
+        scale = std::min(room * zel::drawing::RectTextShare, 1.0);
+    }
+    m_textItem->setScale(scale);
+    m_textItem->setPos(rect().center() - text.center() * scale);
 }

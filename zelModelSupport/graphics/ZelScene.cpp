@@ -33,13 +33,11 @@ auto firstItemAt(const QGraphicsScene *scene, const QPointF &p, Cast cast)
 } // namespace
 
 ZelScene::ZelScene(QObject *parent)
-    : QGraphicsScene(parent),
-      m_showRelatedMliAction(
-          new QAction(QStringLiteral("Molecule: Show Predefined Interactions"), this))
+    : QGraphicsScene(parent), m_showRelatedMliAction(new QAction(
+                                  QStringLiteral("Molecule: Show Predefined Interactions"), this))
 {
     setSceneRect(-1000.0, -1000.0, 2000.0, 2000.0);
-    connect(
-        m_showRelatedMliAction, &QAction::triggered, this, &ZelScene::slot_showRelatedMli);
+    connect(m_showRelatedMliAction, &QAction::triggered, this, &ZelScene::slot_showRelatedMli);
 }
 
 ZelScene::~ZelScene() = default;
@@ -225,6 +223,8 @@ void ZelScene::setMoveScene(bool on)
 
 void ZelScene::beginChange()
 {
+    if (!m_movingByDrag)
+        forgetSurroundings();
     if (m_changeDepth++ == 0)
         emit signal_changeBegin();
 }
@@ -312,6 +312,7 @@ void ZelScene::resetPressState()
     m_sdcToMove.clear();
     m_pressPos = {};
     m_tempStartPos = {};
+    forgetSurroundings();
     setCollisionCandidates(nullptr, nullptr);
     endDragChange();
 }
@@ -352,28 +353,29 @@ void ZelScene::reportClick()
 void ZelScene::dragTo(const QGraphicsSceneMouseEvent *event)
 {
     m_pressed = false;
-    if (!m_moved && !items().isEmpty()) {
+    if (!m_moved && (m_pressedItem || !items().isEmpty())) {
         m_moved = true;
         emit signal_changed();
     }
     if (m_pressedItem && itemDragged(m_pressedItem, event->scenePos()))
         return;
     m_movingByDrag = true;
-    const bool attached = toChangeLayout() || (!toMove() && allowToChangeRelativePos());
-    if (attached && m_pressedCenter)
-        dragAttached(event->scenePos());
+    const bool mayRePlace = toChangeLayout() || (!toMove() && allowToChangeRelativePos());
+    ZelEllipseItem *const item = m_pressedItem ? m_pressedItem->asEllipseItem() : nullptr;
+    ZelEllipseItemMcp *const centre =
+        mayRePlace && m_pressedCenter ? getDragCenterZelEllipseMcp(item) : nullptr;
+    if (item && centre)
+        dragAttached(item, centre, event->scenePos());
     else if (toMove())
         dragComponents(event->scenePos() - event->lastScenePos());
     m_movingByDrag = false;
 }
 
-void ZelScene::dragAttached(const QPointF &scenePos)
+void ZelScene::dragAttached(
+    ZelEllipseItem *item, ZelEllipseItemMcp *centre, const QPointF &scenePos)
 {
-    ZelEllipseItem *const item = m_pressedItem ? m_pressedItem->asEllipseItem() : nullptr;
-    ZelEllipseItemMcp *const centre = getDragCenterZelEllipseMcp(item);
-    if (!item || !centre)
-        return;
     m_tempStartPos = processTempMouseStartPosFromCenter(scenePos);
+    const QPointer<ZelEllipseItem> guard = item;
     bool moved = false;
     if (toMoveGroup()) {
         QList<ZelEllipseItem *> group{item};
@@ -388,7 +390,9 @@ void ZelScene::dragAttached(const QPointF &scenePos)
         moved = moveAroundAttachedItemByPos(item, centre, m_tempStartPos);
     }
     if (moved) {
-        emit signal_ZelGItemMoved(item);
+        m_movingByDrag = false; // what receivers change is no part of the drag
+        if (guard)
+            emit signal_ZelGItemMoved(item);
         emit signal_moved();
         return;
     }

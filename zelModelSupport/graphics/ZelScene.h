@@ -269,7 +269,7 @@ private:
     void recordPress(const QPointF &scenePos);
     void reportClick();
     void dragTo(const QGraphicsSceneMouseEvent *event);
-    void dragAttached(const QPointF &scenePos);
+    void dragAttached(ZelEllipseItem *item, ZelEllipseItemMcp *centre, const QPointF &scenePos);
     void dragComponents(const QPointF &delta);
     QPointF processTempMouseStartPosFromCenter(const QPointF &scenePos) const;
     void setCollisionCandidates(ZelEllipseItem *first, ZelEllipseItem *second);
@@ -278,11 +278,13 @@ private:
     void endDragChange();
 
     // Collision
-    ZelEllipseItem *firstInTheWay(const Probe &probe, const QList<QGraphicsItem *> &exclude) const;
+    ZelEllipseItem *firstInTheWay(const Probe &probe, const QList<QGraphicsItem *> &exclude);
     ZelEllipseItem *firstColliding(ZelEllipseItem *item, const QPointF &moved, SdcMol *mol,
-        const QList<QGraphicsItem *> &exclude) const;
-    ZelEllipseItem *firstRefusing(const QList<Placement> &placements) const;
-    bool isOccupied(const QRectF &siteRect, ZelEllipseItemMcp *component, SdcMol *mol) const;
+        const QList<QGraphicsItem *> &exclude);
+    ZelEllipseItem *firstRefusing(const QList<Placement> &placements);
+    bool isOccupied(const QRectF &siteRect, ZelEllipseItemMcp *component, SdcMol *mol);
+    void lookAround(const QRectF &rect);
+    void forgetSurroundings();
     SdcMol *moleculeOf(ZelEllipseItem *item) const;
 
     // Building and moves
@@ -308,6 +310,8 @@ private:
     bool m_collided1WasHighlighted = false;
     bool m_collided2WasHighlighted = false;
     QPointer<ZelEllipseItem> m_lastColliding;
+    QList<QPointer<ZelEllipseItem>> m_surroundings; // the ellipse items in the region seen
+    QRectF m_seenRegion;
     QPointer<Sdc> m_sdc;
     QPointer<ZelDbSqliteModel> m_zelDbSqliteModel;
     int m_furtherDisplayFlag = 0;

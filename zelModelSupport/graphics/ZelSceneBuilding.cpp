@@ -71,6 +71,7 @@ ZelLineItemMcpMcp *ZelScene::createBackBone(ZelEllipseItemMcp *first, ZelEllipse
 
 ZelEllipseItemMcp *ZelScene::addMcp(const QRectF &sceneRect)
 {
+    forgetSurroundings();
     ZelEllipseItemMcp *const item = createMcp(sceneRect);
     addItem(item);
     return item;
@@ -89,6 +90,7 @@ ZelEllipseItemMcp *ZelScene::addMcp(QGraphicsEllipseItem *ref, ZelEllipseItemMcp
 
 ZelEllipseItemBst *ZelScene::addBst(const QRectF &sceneRect, ZelEllipseItemMcp *mcpItem)
 {
+    forgetSurroundings();
     ZelEllipseItemBst *const item = createBst(sceneRect, mcpItem);
     if (!mcpItem)
         addItem(item);
@@ -100,8 +102,8 @@ ZelEllipseItemBst *ZelScene::addBst(ZelEllipseItemMcp *mcpItem)
     if (!mcpItem)
         return nullptr;
     const QRectF component = sceneRectOf(mcpItem);
-    const double diameter
-        = std::min(SiteDiameter, SiteShare * std::min(component.width(), component.height()));
+    const double diameter =
+        std::min(SiteDiameter, SiteShare * std::min(component.width(), component.height()));
     QRectF place = centred(QSizeF(diameter, diameter));
     SdcMol *const mol = moleculeOf(mcpItem);
     for (double turned = 0.0; turned < 360.0; turned += AngleStep) {
@@ -127,8 +129,8 @@ SdcMcp *ZelScene::addSdcMcp(QGraphicsEllipseItem *referenceItem, SdcMcp *sdcMcpT
     SdcMol *mol = sdcMcpToAttach ? sdcMcpToAttach->getParentSdcMol() : nullptr;
     if (!mol && m_sdc)
         mol = m_sdc->toSdcMol();
-    ZelEllipseItemMcp *const attachTo
-        = sdcMcpToAttach ? sdcMcpToAttach->getZelEllipseItemMcp() : nullptr;
+    ZelEllipseItemMcp *const attachTo =
+        sdcMcpToAttach ? sdcMcpToAttach->getZelEllipseItemMcp() : nullptr;
     if (!mol || (sdcMcpToAttach && !attachTo)) {
         qDebug() << "Error found at SdcMcp * ZelScene::addSdcMcp(QGraphicsEllipseItem * "
                     "referenceItem, SdcMcp * sdcMcpToAttach)";
@@ -140,8 +142,8 @@ SdcMcp *ZelScene::addSdcMcp(QGraphicsEllipseItem *referenceItem, SdcMcp *sdcMcpT
     const Change change(this);
     addItem(item);
     drawBackBones(item, attachTo);
-    auto *const mcp = new SdcMcp(m_zelDbSqliteModel ? m_zelDbSqliteModel.data()
-                                                    : mol->getZelDbSqliteModel());
+    auto *const mcp =
+        new SdcMcp(m_zelDbSqliteModel ? m_zelDbSqliteModel.data() : mol->getZelDbSqliteModel());
     item->setSdcMcp(mcp);
     mol->addSdcMcp(mcp);
     return mcp;
@@ -239,8 +241,8 @@ void ZelScene::removeAllItems()
     }
     for (const QPointer<SdcMcp> &mcp : std::as_const(components))
         removeSdcMcp(mcp);
-    const QList<SdcBstBst *> bonds
-        = findChildren<SdcBstBst *>(QString(), Qt::FindDirectChildrenOnly);
+    const QList<SdcBstBst *> bonds =
+        findChildren<SdcBstBst *>(QString(), Qt::FindDirectChildrenOnly);
     for (SdcBstBst *bond : bonds)
         removeSdcBstBst(bond);
     m_lastColliding.clear();
@@ -273,8 +275,7 @@ QPointF ZelScene::getNewMcpDefaultScenePos(double gap) const
 }
 
 // The scene is left alone, so that a place that is not found changes nothing.
-ZelEllipseItemMcp *ZelScene::createPlacedMcp(
-    QGraphicsEllipseItem *ref, ZelEllipseItemMcp *attachTo)
+ZelEllipseItemMcp *ZelScene::createPlacedMcp(QGraphicsEllipseItem *ref, ZelEllipseItemMcp *attachTo)
 {
     if (!ref) {
         qDebug() << "Error found at ZelEllipseItemMcp * "
@@ -286,8 +287,8 @@ ZelEllipseItemMcp *ZelScene::createPlacedMcp(
     item->setRect(centred(item->rect().size()));
     item->setPos(ref->mapToScene(ref->rect().center()));
     if (attachTo) {
-        const std::optional<QPointF> place
-            = findFreePlaceAround(item, attachTo, FirstAngle, AngleStep);
+        const std::optional<QPointF> place =
+            findFreePlaceAround(item, attachTo, FirstAngle, AngleStep);
         if (!place) {
             delete item;
             return nullptr;

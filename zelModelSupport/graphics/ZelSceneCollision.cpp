@@ -16,6 +16,8 @@ namespace {
 
 // The least distance of rims within one molecule.
 constexpr double Clearance = 1.0;
+// How far around a dragged item the scene is known before its index is asked again.
+constexpr double Foresight = 100.0;
 
 QRectF sceneRectOf(const QGraphicsEllipseItem *item)
 {
@@ -86,52 +88,73 @@ bool ZelScene::collidingWithOtherSdcItems(
         item, QList<QGraphicsItem *>(exclude.cbegin(), exclude.cend()));
 }
 
-bool ZelScene::isOccupied(const QRectF &siteRect, ZelEllipseItemMcp *component, SdcMol *mol) const
+bool ZelScene::isOccupied(const QRectF &siteRect, ZelEllipseItemMcp *component, SdcMol *mol)
 {
     return firstInTheWay({siteRect, nullptr, component, nullptr, mol, true}, {});
 }
 
-// Asks the scene's index for what is near, so that the cost does not grow with the scene.
-ZelEllipseItem *ZelScene::firstInTheWay(
-    const Probe &probe, const QList<QGraphicsItem *> &exclude) const
+// The index of a scene is dear while items move, for each question files them anew. A drag asks it
+// rarely: what does not move with the drag stays where it was seen.
+void ZelScene::lookAround(const QRectF &rect)
+{
+    if (m_movingByDrag && m_seenRegion.contains(rect))
+        return;
+    m_seenRegion = m_movingByDrag ? grown(rect, Foresight) : QRectF();
+    m_surroundings.clear();
+    const QList<QGraphicsItem *> near =
+        items(m_movingByDrag ? m_seenRegion : rect, Qt::IntersectsItemBoundingRect);
+    for (QGraphicsItem *item : near) {
+        ZelEllipseItem *const ellipse = ZelGItem::toZelEllipseItem(item);
+        if (ellipse && (ellipse->asEllipseItemBst() || ellipse->asEllipseItemMcp()))
+            m_surroundings.append(ellipse);
+    }
+}
+
+void ZelScene::forgetSurroundings()
+{
+    m_surroundings.clear();
+    m_seenRegion = QRectF();
+}
+
+ZelEllipseItem *ZelScene::firstInTheWay(const Probe &probe, const QList<QGraphicsItem *> &exclude)
 {
     const QRectF around = grown(probe.rect, Clearance);
-    const QList<QGraphicsItem *> near = items(around, Qt::IntersectsItemBoundingRect);
-    for (QGraphicsItem *candidate : near) {
-        ZelEllipseItem *const other = ZelGItem::toZelEllipseItem(candidate);
-        if (!other || candidate == probe.self || candidate == probe.parent)
+    lookAround(around);
+    for (const QPointer<ZelEllipseItem> &other : std::as_const(m_surroundings)) {
+        const QGraphicsItem *const candidate = other;
+        if (!candidate || candidate == probe.self || candidate == probe.parent)
             continue;
-        const bool isSite = other->asEllipseItemBst();
-        if (!isSite && !other->asEllipseItemMcp())
+        const QRectF rect = sceneRectOf(other);
+        if (!around.intersects(rect) || !other->isVisible() || other->scene() != this)
             continue;
         const QGraphicsItem *const parent = candidate->parentItem();
         // What moves along with the item keeps its distance anyway.
         if (parent && (parent == probe.self || parent == probe.carrier))
             continue;
-        const QRectF rect = sceneRectOf(other);
+        const bool isSite = other->asEllipseItemBst();
         const bool hit = ellipsesOverlap(probe.rect, rect)
             || (isSite == probe.isSite && probe.mol && moleculeOf(other) == probe.mol
                 && ellipsesOverlap(around, rect));
-        if (hit && !exclude.contains(candidate))
+        if (hit && !exclude.contains(other.data()))
             return other;
     }
     return nullptr;
 }
 
-ZelEllipseItem *ZelScene::firstColliding(ZelEllipseItem *item, const QPointF &moved, SdcMol *mol,
-    const QList<QGraphicsItem *> &exclude) const
+ZelEllipseItem *ZelScene::firstColliding(
+    ZelEllipseItem *item, const QPointF &moved, SdcMol *mol, const QList<QGraphicsItem *> &exclude)
 {
     ZelEllipseItemMcp *const mcpItem = item->asEllipseItemMcp();
     const QRectF rect = sceneRectOf(item).translated(moved);
-    if (ZelEllipseItem *hit
-        = firstInTheWay({rect, item, item->parentItem(), nullptr, mol, !mcpItem}, exclude))
+    if (ZelEllipseItem *hit =
+            firstInTheWay({rect, item, item->parentItem(), nullptr, mol, !mcpItem}, exclude))
         return hit;
     if (!mcpItem)
         return nullptr;
     for (ZelEllipseItem *site : siteItemsOf(mcpItem)) {
         const QRectF siteRect = sceneRectOf(site).translated(moved);
-        if (ZelEllipseItem *hit
-            = firstInTheWay({siteRect, site, mcpItem, mcpItem, mol, true}, exclude))
+        if (ZelEllipseItem *hit =
+                firstInTheWay({siteRect, site, mcpItem, mcpItem, mol, true}, exclude))
             return hit;
     }
     return nullptr;
@@ -147,6 +170,7 @@ SdcMol *ZelScene::moleculeOf(ZelEllipseItem *item) const
 void ZelScene::updateCollisionCandidates(const QList<SdcMcp *> &moved)
 {
     QList<ZelEllipseItem *> sites;
+    QList<QRectF> rects;
     QRectF reach;
     for (SdcMcp *mcp : moved) {
         ZelEllipseItemMcp *const mcpItem = mcp ? mcp->getZelEllipseItemMcp() : nullptr;
@@ -154,30 +178,32 @@ void ZelScene::updateCollisionCandidates(const QList<SdcMcp *> &moved)
             continue;
         for (ZelEllipseItem *site : siteItemsOf(mcpItem)) {
             sites.append(site);
-            reach |= sceneRectOf(site);
+            rects.append(sceneRectOf(site));
+            reach |= rects.last();
         }
     }
-    QList<ZelEllipseItem *> strangers;
-    const QList<QGraphicsItem *> near
-        = sites.isEmpty() ? QList<QGraphicsItem *>() : items(reach, Qt::IntersectsItemBoundingRect);
-    for (QGraphicsItem *item : near) {
-        ZelEllipseItem *const site = ZelGItem::toZelEllipseItemBst(item);
-        if (site && !sites.contains(site))
-            strangers.append(site);
-    }
-    for (ZelEllipseItem *site : std::as_const(sites)) {
-        for (ZelEllipseItem *stranger : std::as_const(strangers)) {
-            if (!ellipsesOverlap(sceneRectOf(site), sceneRectOf(stranger)))
-                continue;
-            setCollisionCandidates(site, stranger);
-            return;
+    qsizetype hit = sites.size(); // the first moved site that lies on another's
+    ZelEllipseItem *touched = nullptr;
+    if (!sites.isEmpty())
+        lookAround(reach);
+    for (const QPointer<ZelEllipseItem> &other : std::as_const(m_surroundings)) {
+        if (sites.isEmpty() || !other || !other->asEllipseItemBst() || sites.contains(other))
+            continue;
+        const QRectF rect = sceneRectOf(other);
+        if (!reach.intersects(rect) || !other->isVisible() || other->scene() != this)
+            continue;
+        for (qsizetype i = 0; i < hit; ++i) {
+            if (ellipsesOverlap(rects.at(i), rect)) {
+                hit = i;
+                touched = other;
+            }
         }
     }
-    setCollisionCandidates(nullptr, nullptr);
+    setCollisionCandidates(touched ? sites.at(hit) : nullptr, touched);
 }
 
 // Members of a group do not collide where they were, but may where they go.
-ZelEllipseItem *ZelScene::firstRefusing(const QList<Placement> &placements) const
+ZelEllipseItem *ZelScene::firstRefusing(const QList<Placement> &placements)
 {
     QList<QGraphicsItem *> group;
     for (const Placement &placement : placements)
@@ -186,8 +212,8 @@ ZelEllipseItem *ZelScene::firstRefusing(const QList<Placement> &placements) cons
     for (const Placement &placement : placements) {
         const QRectF rect = sceneRectOf(placement.item);
         const QPointF moved = placement.centre - rect.center();
-        if (ZelEllipseItem *hit = firstColliding(
-                placement.item, moved, moleculeOf(placement.item), group))
+        if (ZelEllipseItem *hit =
+                firstColliding(placement.item, moved, moleculeOf(placement.item), group))
             return hit;
         const QRectF around = grown(rect.translated(moved), Clearance);
         for (const QRectF &other : std::as_const(rects)) {

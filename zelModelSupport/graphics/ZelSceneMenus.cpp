@@ -80,8 +80,7 @@ void ZelScene::changeMolColor(const QPointF &p)
     const QPointer<QColorDialog> dialog = new QColorDialog(mol->getMolColor(), parentWidget);
     dialog->setWindowTitle(QStringLiteral("Select Color"));
     const int answer = dialog->exec();
-    const QColor color
-        = dialog && answer == QDialog::Accepted ? dialog->selectedColor() : QColor();
+    const QColor color = dialog && answer == QDialog::Accepted ? dialog->selectedColor() : QColor();
     delete dialog.data();
     if (!self || !mol || !color.isValid())
         return;
@@ -153,8 +152,8 @@ void ZelScene::execMcpMenu(ZelEllipseItemMcp *item, const QPoint &screenPos)
     QMenu menu;
     menu.addAction(m_showRelatedMliAction);
     menu.addSeparator();
-    QAction *const negation
-        = menu.addAction(QStringLiteral("Molecule Component: Not -- Negation of Tag States"));
+    QAction *const negation =
+        menu.addAction(QStringLiteral("Molecule Component: Not -- Negation of Tag States"));
     negation->setCheckable(true);
     negation->setChecked(mcp->getProperty(SdcProperty::Negation) == u'1');
     menu.exec(screenPos);

@@ -43,7 +43,8 @@ bool ZelSceneMol::allowToChangeRelativePos() const
 
 void ZelSceneMol::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
 {
-    if (!isContextMenuEnabled() || !getZelEllipseItemFromScenePos(event->scenePos()))
+    if (!isContextMenuEnabled() || freezeMouseActions()
+        || !getZelEllipseItemFromScenePos(event->scenePos()))
         return;
     m_changeColorAction->setData(event->scenePos());
     QMenu menu;

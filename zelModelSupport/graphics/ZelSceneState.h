@@ -25,8 +25,9 @@ public:
     /// The present state of a scene; empty for null.
     static ZelSceneState take(ZelScene *scene);
     /// Makes the scene as it was: objects that have gone are made anew, those that have come are
-    /// destroyed, and the rest keep their identity. False, and nothing done, when a molecule of
-    /// the state is gone.
+    /// destroyed, and the rest keep their identity. Molecules themselves are the host's: those
+    /// that have come to a scene without data component lose their components. False, and nothing
+    /// done, when a molecule of the state is gone or has joined the scene's data component since.
     bool restore(ZelScene *scene) const;
 
     bool isEmpty() const;

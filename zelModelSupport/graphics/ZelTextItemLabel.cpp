@@ -4,12 +4,14 @@
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
 
 #include <QFont>
+#include <QPainter>
 
 ZelTextItemLabel::ZelTextItemLabel(QGraphicsItem *parentItem) : QGraphicsTextItem(parentItem)
 {
     QFont labelFont = font();
     labelFont.setPointSize(zel::drawing::NamePointSize);
     labelFont.setWeight(QFont::Bold);
+    labelFont.setHintingPreference(QFont::PreferNoHinting);
     setFont(labelFont);
     setZValue(zel::drawing::z::NameLabel);
     setVisible(false);
@@ -34,6 +36,17 @@ void ZelTextItemLabel::setSdc(Sdc *sdc)
         }
     }
     updateLabel();
+}
+
+void ZelTextItemLabel::paint(
+    QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget)
+{
+    // A veil keeps the name legible over any drawing.
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(zel::drawing::nameVeil());
+    painter->drawRoundedRect(
+        boundingRect(), zel::drawing::NameVeilRadius, zel::drawing::NameVeilRadius);
+    QGraphicsTextItem::paint(painter, option, widget);
 }
 
 void ZelTextItemLabel::updateLabel()

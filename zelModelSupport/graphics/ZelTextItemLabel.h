@@ -20,6 +20,8 @@ public:
     /// Shows a component and follows its changes.
     void setSdc(Sdc *sdc);
 
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+
 public slots:
     /// Brings text and place up to date. The place is left alone while in no scene.
     void updateLabel();

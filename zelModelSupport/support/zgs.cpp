@@ -22,8 +22,8 @@ QRectF zgs::getBoundingRectFromElt(const QDomElement &domEltBoundingRect)
     const auto number = [&](const QString &name) {
         return domEltBoundingRect.attribute(name).toDouble();
     };
-    return {number(QStringLiteral("x")), number(QStringLiteral("y")),
-        number(QStringLiteral("w")), number(QStringLiteral("h"))};
+    return {number(QStringLiteral("x")), number(QStringLiteral("y")), number(QStringLiteral("w")),
+        number(QStringLiteral("h"))};
 }
 
 QDomElement zgs::getEltChildSdcAtPosIndex(

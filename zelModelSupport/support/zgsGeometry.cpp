@@ -83,8 +83,8 @@ QList<ZelEllipseItem *> itemsOf(const QList<SdcMcp *> &list)
     QList<ZelEllipseItem *> items;
     for (SdcMcp *mcp : list)
         items += itemsOf(mcp);
-    std::stable_partition(items.begin(), items.end(),
-        [](ZelEllipseItem *item) { return item->isEllipseItemMcp(); });
+    std::stable_partition(
+        items.begin(), items.end(), [](ZelEllipseItem *item) { return item->isEllipseItemMcp(); });
     return items;
 }
 
@@ -129,8 +129,7 @@ void turnEllipses(const QList<SdcMcp *> &list, const Turn &turn)
     const QList<ZelEllipseItem *> items = itemsOf(list);
     QList<QPointF> centres;
     for (ZelEllipseItem *item : items)
-        centres.append(
-            pivot + turn.about.map(item->mapToScene(item->rect().center()) - pivot));
+        centres.append(pivot + turn.about.map(item->mapToScene(item->rect().center()) - pivot));
     for (qsizetype i = 0; i < items.size(); ++i) {
         ZelEllipseItem *const item = items.at(i);
         if (turn.swapsExtent && item->rect().width() != item->rect().height()) {
@@ -138,9 +137,8 @@ void turnEllipses(const QList<SdcMcp *> &list, const Turn &turn)
             rect.moveCenter(item->rect().center());
             item->setRect(rect);
         }
-        const QPointF inParent = item->parentItem()
-            ? item->parentItem()->mapFromScene(centres.at(i))
-            : centres.at(i);
+        const QPointF inParent =
+            item->parentItem() ? item->parentItem()->mapFromScene(centres.at(i)) : centres.at(i);
         item->setPos(inParent - item->rect().center());
     }
 }

@@ -734,7 +734,7 @@ void Sdc::leaveItemParent()
             if (item != this)
                 delete item;
         }
-    } else if (itemParent) {
+    } else if (itemParent && !itemParent->model()) { // else the parent is dying with its model
         itemParent->takeChild(row(), 0);
         if (m_parentSdc && itemParent == static_cast<QStandardItem *>(m_parentSdc.data()))
             m_parentSdc->m_hasEmptyRows = true;

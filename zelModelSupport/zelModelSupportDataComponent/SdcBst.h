@@ -24,6 +24,8 @@ public:
     /// status that was set.
     BindingStatusType getBindingStatus();
     void setBindingStatus(BindingStatusType status);
+    /// The status that was set, also while a bond hides it.
+    BindingStatusType getStoredBindingStatus() const { return m_bindingStatus; }
     void updateDisplayBstBindingStatus();
     bool isBound();
     bool isUnbound();

@@ -1,0 +1,181 @@
+#pragma once
+
+#include "support/ZelTest.h"
+#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
+#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
+#include "zelModelSupport/graphics/ZelLineItemMcpMcp.h"
+#include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
+#include "zelModelSupport/graphics/ZelScene.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDebug>
+#include <QGraphicsView>
+#include <QLineF>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+/// A scene whose hooks a test chooses.
+class OpenScene : public ZelScene
+{
+public:
+    bool moves = false;
+    bool changesLayout = false;
+    bool changesRelativePos = false;
+    bool movesGroup = false;
+
+    bool toMove() const override { return moves; }
+    bool toChangeLayout() const override { return changesLayout; }
+    bool allowToChangeRelativePos() const override { return changesRelativePos; }
+    bool toMoveGroup() const override { return movesGroup; }
+};
+
+/// A scene on a shown view with one molecule, driven by mouse events on the view.
+template <typename Scene>
+class SceneStage
+{
+public:
+    SceneStage()
+    {
+        m_view.resize(900, 700);
+        m_view.setSceneRect(-400.0, -300.0, 800.0, 600.0);
+        m_view.show();
+        (void)QTest::qWaitForWindowExposed(&m_view);
+        m_scene.setSdc(&m_mol);
+    }
+
+    Scene &scene() { return m_scene; }
+    QGraphicsView &view() { return m_view; }
+    SdcMol &mol() { return m_mol; }
+
+    SdcMcp *addComponent(
+        const QPointF &centre, const QSizeF &size = {60.0, 60.0}, SdcMol *mol = nullptr)
+    {
+        QRectF rect(QPointF(), size);
+        rect.moveCenter(centre);
+        auto *mcp = new SdcMcp(nullptr);
+        m_scene.addMcp(rect)->setSdcMcp(mcp);
+        (mol ? mol : &m_mol)->addSdcMcp(mcp);
+        return mcp;
+    }
+
+    /// A site on the rim, at an angle counter-clockwise from the right.
+    SdcBst *addSite(SdcMcp *mcp, double angle, double size = 12.0)
+    {
+        ZelEllipseItemMcp *const item = mcp->getZelEllipseItemMcp();
+        const QPointF way = QLineF::fromPolar(item->rect().width() / 2.0, angle).p2();
+        QRectF rect(0.0, 0.0, size, size);
+        rect.moveCenter(item->scenePos() + way);
+        auto *bst = new SdcBst(nullptr);
+        m_scene.addBst(rect, item)->setSdcBst(bst);
+        mcp->addSdcBst(bst);
+        return bst;
+    }
+
+    void join(SdcMcp *a, SdcMcp *b)
+    {
+        m_scene.drawBackBones(a->getZelEllipseItemMcp(), b->getZelEllipseItemMcp());
+    }
+
+    void press(const QPointF &p, Qt::MouseButton button = Qt::LeftButton)
+    {
+        send(QEvent::MouseButtonPress, p, button, button);
+    }
+    void move(const QPointF &p, Qt::MouseButtons buttons = Qt::LeftButton)
+    {
+        send(QEvent::MouseMove, p, Qt::NoButton, buttons);
+    }
+    void release(const QPointF &p, Qt::MouseButton button = Qt::LeftButton)
+    {
+        send(QEvent::MouseButtonRelease, p, button, Qt::NoButton);
+    }
+    void click(const QPointF &p)
+    {
+        press(p);
+        release(p);
+    }
+    void doubleClick(const QPointF &p)
+    {
+        click(p);
+        send(QEvent::MouseButtonDblClick, p, Qt::LeftButton, Qt::LeftButton);
+        release(p);
+    }
+    void drag(const QPointF &from, const QPointF &to, int steps = 4)
+    {
+        press(from);
+        for (int i = 1; i <= steps; ++i)
+            move(from + (to - from) * i / steps);
+        release(to);
+    }
+
+    /// Right-clicks; onMenu is given the menu that opens, which then closes. False when none does.
+    bool menuAt(const QPointF &p, const std::function<void(QMenu *)> &onMenu)
+    {
+        const auto shown = std::make_shared<bool>(false);
+        QTimer::singleShot(0, &m_view, [shown, onMenu] {
+            auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            if (!menu)
+                return;
+            *shown = true;
+            const QPointer<QMenu> guard = menu;
+            onMenu(menu);
+            if (guard && guard->isVisible())
+                guard->close();
+        });
+        const QPoint at = m_view.mapFromScene(p);
+        press(p, Qt::RightButton);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, m_view.viewport()->mapToGlobal(at));
+        QApplication::sendEvent(m_view.viewport(), &event);
+        release(p, Qt::RightButton);
+        QCoreApplication::processEvents(); // spends the timer when no menu has
+        return *shown;
+    }
+
+    static QAction *action(QMenu *menu, const QString &text)
+    {
+        const QList<QAction *> actions = menu->actions();
+        for (QAction *candidate : actions) {
+            if (candidate->text() == text)
+                return candidate;
+        }
+        return nullptr;
+    }
+    static void choose(QMenu *menu, const QString &text)
+    {
+        menu->setActiveAction(action(menu, text));
+        QTest::keyClick(menu, Qt::Key_Return);
+    }
+
+private:
+    void send(QEvent::Type type, const QPointF &p, Qt::MouseButton button, Qt::MouseButtons buttons)
+    {
+        const QPoint at = m_view.mapFromScene(p);
+        QMouseEvent event(
+            type, at, m_view.viewport()->mapToGlobal(QPointF(at)), button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(m_view.viewport(), &event);
+    }
+
+    Scene m_scene;
+    QGraphicsView m_view{&m_scene};
+    SdcMol m_mol{nullptr};
+};
+
+inline QPointF centreOf(ZelEllipseItem *item)
+{
+    return item->sceneBoundingRect().center();
+}
+
+inline double distance(ZelEllipseItem *a, ZelEllipseItem *b)
+{
+    return QLineF(centreOf(a), centreOf(b)).length();
+}

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "zelDb/ZelDbTypes.h"
+#include "zelModelSupport/graphics/ZelSceneState.h"
+
+#include <QBrush>
+#include <QColor>
+#include <QHash>
+#include <QList>
+#include <QPen>
+#include <QPointF>
+#include <QPointer>
+#include <QRectF>
+#include <QSharedData>
+#include <QString>
+
+#include <utility>
+#include <vector>
+
+class SdcBst;
+class SdcBstBstCpx;
+class SdcMcp;
+class SdcMol;
+class ZelRectItemMcpSticky;
+
+/// What a state of a scene consists of, and how the living parts of a scene are found.
+namespace zel::state {
+
+/// The object that a part of a state was taken from: a hint whom to restore, no part of the value.
+template <typename T>
+struct Origin
+{
+    QPointer<T> object;
+    friend bool operator==(const Origin &, const Origin &) { return true; }
+};
+
+/// The side of a component on which its features stand: codes 0 and 1 are the same side.
+struct SideCode
+{
+    int code = 0;
+    friend bool operator==(SideCode a, SideCode b)
+    {
+        return (a.code == 0 ? 1 : a.code) == (b.code == 0 ? 1 : b.code);
+    }
+};
+
+using Properties = QHash<int, QString>;
+using Backbones = std::vector<std::pair<int, int>>;
+
+struct EllipseState
+{
+    QRectF rect;
+    QPointF pos; // in the parent item's coordinates
+    QPen pen;
+    QBrush brush;
+    bool operator==(const EllipseState &) const = default;
+};
+
+struct StickyState
+{
+    Origin<ZelRectItemMcpSticky> origin;
+    QString name;
+    Properties properties; // of its feature
+    QColor color;
+    int state = 0;
+    bool half = false;
+    bool active = true;
+    QPen pen;
+    QBrush brush;
+    double opacity = 1.0;
+    QRectF rect;
+    QPointF pos;
+    bool operator==(const StickyState &) const = default;
+};
+
+struct SiteState
+{
+    Origin<SdcBst> origin;
+    Properties properties;
+    bool drawn = false;
+    EllipseState ellipse;
+    BindingStatusType status = BindingStatusUnspecified;
+    bool allowChange = true;
+    bool alwaysHighlighted = false;
+    bool inSet = false;
+    bool operator==(const SiteState &) const = default;
+};
+
+struct ComponentState
+{
+    Origin<SdcMcp> origin;
+    Properties properties;
+    bool drawn = false;
+    EllipseState ellipse;
+    SideCode tagDirectionCode;
+    double tagSize = 0.0;
+    double tagGap = 0.0;
+    bool hasTagSet = false;
+    bool hasSiteSet = false;
+    QList<StickyState> stickies;
+    std::vector<int> features; // the component's features in their order, as indices of stickies
+    QList<SiteState> sites;
+    bool operator==(const ComponentState &) const = default;
+};
+
+struct MoleculeState
+{
+    Origin<SdcMol> origin;
+    Properties properties;
+    QList<ComponentState> components;
+    Backbones backbones; // ascending pairs of indices of components
+    bool operator==(const MoleculeState &) const = default;
+};
+
+struct BondState
+{
+    std::pair<int, int> sites; // counted over all molecules
+    Properties properties;
+    bool operator==(const BondState &) const = default;
+};
+
+/// The molecules of a scene: those of its data component, else those that it shows.
+QList<SdcMol *> moleculesOf(ZelScene *scene);
+QList<SdcBst *> sitesOf(const QList<SdcMol *> &molecules);
+/// The bonds of the complexes to which the molecules belong.
+QList<SdcBstBstCpx *> bondsOf(const QList<SdcMol *> &molecules);
+/// The backbone lines as they are drawn now.
+Backbones backbonesOf(const QList<SdcMcp *> &components);
+
+} // namespace zel::state
+
+class ZelSceneStateData : public QSharedData
+{
+public:
+    QList<zel::state::MoleculeState> molecules;
+    QList<zel::state::BondState> bonds;
+};
