@@ -98,7 +98,8 @@ bool ZelDbRecords::isFree(
     // A record that refers twice is one referrer; its first mention leads the sentence.
     QList<QPair<int, QString>> referrers;
     QSet<QString> seen;
-    for (const auto &[byType, statement] : referrerStatements(kind.type)) {
+    for (const auto &[referrerType, statement] : referrerStatements(kind.type)) {
+        const int byType = referrerType; // not every compiler lets a lambda capture a binding
         const ZelDbKind &by = *ZelDbSchema::kind(byType);
         const QVariantList values(statement.count(u'?'), psiimId);
         const bool ok = connection->read(
