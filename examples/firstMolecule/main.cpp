@@ -9,6 +9,7 @@
 #include <zelModelSupport/zelModelSupportDataComponent/SdcBst.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMcp.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMol.h>
+#include <zelShare/ZelShareGui.h>
 
 #include <QApplication>
 #include <QFile>
@@ -20,30 +21,44 @@
 
 namespace {
 
-/// A receptor of three domains: name, features and number of binding sites of each.
+struct Feature
+{
+    const char *name;
+    const char *color;
+};
+
+struct Domain
+{
+    const char *name;
+    QSizeF size;
+    QList<double> siteAngles; ///< degrees, counter-clockwise from the right
+    QList<Feature> features;
+};
+
+/// A receptor: its domains side by side, each with its features and binding sites.
 void draw(SdcMol &receptor, ZelSceneMol &scene, ZelDbSqliteModel *db)
 {
-    const struct
-    {
-        const char *name;
-        QStringList features;
-        int sites;
-    } domains[] = {
-        {"ligand-binding", {}, 1}, {"transmembrane", {}, 1}, {"kinase", {"Y1", "Y2", "Y3"}, 3}};
+    const Domain domains[] = {{"ligand-binding", {104, 80}, {180, 90}, {}},
+        {"transmembrane", {64, 36}, {270}, {}},
+        {"kinase", {124, 88}, {40, -40, 255},
+            {{"Y1", "#d95f02"}, {"Y2", "#1b9e77"}, {"Y3", "#7570b3"}}}};
     receptor.setProperty(SdcProperty::ShortName, "Receptor");
     ZelEllipseItemMcp *before = nullptr;
-    for (const auto &domain : domains) {
-        const QRectF place(before ? before->pos().x() + 60.0 : 0.0, -35.0, 96.0, 70.0);
-        ZelEllipseItemMcp *const item = scene.addMcp(place);
+    for (const Domain &domain : domains) {
+        const double left = before ? before->sceneBoundingRect().right() + 16.0 : 0.0;
+        ZelEllipseItemMcp *const item =
+            scene.addMcp(QRectF(QPointF(left, -domain.size.height() / 2.0), domain.size));
         auto *const mcp = new SdcMcp(db);
         mcp->setProperty(SdcProperty::ShortName, domain.name);
         item->setSdcMcp(mcp);
         receptor.addSdcMcp(mcp);
-        for (const QString &feature : domain.features)
-            mcp->addTag(feature, "#d95f02");
-        for (int i = 0; i < domain.sites; ++i) {
+        for (const Feature &feature : domain.features)
+            mcp->addTag(feature.name, feature.color);
+        for (const double angle : domain.siteAngles) {
+            QRectF place(0.0, 0.0, 14.0, 14.0);
+            place.moveCenter(ZelShareGui::getAttachScenePoint(item, nullptr, angle));
             auto *const bst = new SdcBst(db);
-            scene.addBst(item)->setSdcBst(bst);
+            scene.addBst(place, item)->setSdcBst(bst);
             mcp->addSdcBst(bst);
         }
         if (before)
@@ -87,6 +102,7 @@ int main(int argc, char **argv)
     SdcMol receptor(&db);
     if (!receptor.loadFromDb(id, &scene))
         return fail(db.errorText());
+    receptor.setAllMcpFeatureValue(ComponentStateOn);
     const QRectF source = scene.itemsBoundingRect().adjusted(-10, -10, 10, 10);
     QImage image((source.size() * 2).toSize(), QImage::Format_ARGB32);
     image.fill(Qt::white);
