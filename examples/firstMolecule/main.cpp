@@ -118,6 +118,8 @@ int main(int argc, char **argv)
     QGraphicsView view(&scene);
     view.setRenderHint(QPainter::Antialiasing);
     view.resize(800, 500);
+    view.scale(1.8, 1.8);
+    view.centerOn(source.center());
     view.show();
     return app.exec();
 }
