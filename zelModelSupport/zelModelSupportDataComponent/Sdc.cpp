@@ -1,29 +1,17 @@
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
 
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
-#include "zelModelSupport/support/zgs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
-#include <QDebug>
-#include <QDomDocument>
-#include <QGraphicsScene>
-#include <QMetaObject>
 #include <QStandardItemModel>
 
 #include <algorithm>
 
 namespace {
-
-QString layoutNumber(double value)
-{
-    return QString::number(value, 'g', 6);
-}
 
 template <typename T>
 void sortByPsiimId(QList<T *> &list)
@@ -52,21 +40,6 @@ Sdc::Sdc(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent, int type, const QS
     m_properties.emplace_back(SdcProperty::ShortName, QString());
     if (type != SdcType::McpTagSet && type != SdcType::BstSet)
         Sdc::updateStandardItemText();
-}
-
-Sdc::~Sdc()
-{
-    m_dying = true;
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child && child->m_parentSdc == this)
-            child->m_parentSdc.clear();
-    }
-    m_children.clear();
-    while (rowCount() > 0)
-        qDeleteAll(takeRow(rowCount() - 1));
-    leaveItemParent();
-    if (m_parentSdc)
-        m_parentSdc->forgetDyingChild(this);
 }
 
 int Sdc::getPosIndex() const
@@ -103,11 +76,6 @@ int Sdc::getSdcType() const
     return m_sdcType;
 }
 
-bool Sdc::isHighlighted()
-{
-    return m_highlighted;
-}
-
 void Sdc::setProperty(int key, const QString &value)
 {
     const QString old = getProperty(key);
@@ -128,11 +96,6 @@ void Sdc::setProperty(int key, const QString &value)
 void Sdc::clearProperty(int key)
 {
     std::erase_if(m_properties, [key](const auto &entry) { return entry.first == key; });
-}
-
-QRectF Sdc::getBoundingRect(const QPointF &pos)
-{
-    return {pos, QSizeF(0.0, 0.0)};
 }
 
 QList<Sdc *> Sdc::getListSdcChildren()
@@ -336,110 +299,10 @@ QString Sdc::getDisplayName(bool withName, bool withIndex) const
     return text + getProperty(SdcProperty::ShortName);
 }
 
-QString Sdc::getGraphicsInfo()
-{
-    QDomDocument doc(QStringLiteral("doc"));
-    QDomElement root = doc.createElement(QStringLiteral("schema"));
-    doc.appendChild(root);
-    recordGraphicsInfoToDomDoc(doc, root, QPointF(0.0, 0.0));
-    return doc.toString(1);
-}
-
-void Sdc::recordGraphicsInfoToDomDoc(
-    QDomDocument &doc, QDomElement &parentElement, const QPointF &refPos)
-{
-    const QString tag = getDomXmlTag();
-    if (tag.isEmpty())
-        return; // an element without a name cannot be written
-    QDomElement element = doc.createElement(tag);
-    parentElement.appendChild(element);
-    element.setAttribute(QStringLiteral("psiimId"), getPsiimId());
-    if (const int index = getPosIndex(); index >= 0)
-        element.setAttribute(QStringLiteral("posIndex"), QString::number(index));
-    element.setAttribute(QStringLiteral("sdcType"), QString::number(getSdcType()));
-    if (SdcMcp *mcp = toSdcMcp()) {
-        if (const int code = mcp->getTagDirectionCode(); code != 0)
-            element.setAttribute(QStringLiteral("tagDirectCode"), QString::number(code));
-        element.setAttribute(QStringLiteral("tagSize"), layoutNumber(mcp->getTagSize()));
-        element.setAttribute(QStringLiteral("tagGap"), layoutNumber(mcp->getTagGap()));
-    }
-    const QRectF rect = getSdcSceneRectF();
-    QDomElement rectElement = doc.createElement(QStringLiteral("boundingRect"));
-    rectElement.setAttribute(QStringLiteral("x"), layoutNumber(rect.x() - refPos.x()));
-    rectElement.setAttribute(QStringLiteral("y"), layoutNumber(rect.y() - refPos.y()));
-    rectElement.setAttribute(QStringLiteral("w"), layoutNumber(rect.width()));
-    rectElement.setAttribute(QStringLiteral("h"), layoutNumber(rect.height()));
-    element.appendChild(rectElement);
-    const QPointF origin = getSdcScenePos();
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child)
-            child->recordGraphicsInfoToDomDoc(doc, element, origin);
-    }
-}
-
-QPointF Sdc::getSdcScenePos()
-{
-    return getSdcSceneRectF().topLeft();
-}
-
-QRectF Sdc::getSdcSceneRectF()
-{
-    QRectF rect;
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child)
-            rect |= child->getSdcSceneRectF();
-    }
-    return rect;
-}
-
-void Sdc::highlightChildSdc(Sdc *target)
-{
-    setHighlight(false, false);
-    if (target == this) {
-        setHighlight(true, !isSdcMcp());
-        return;
-    }
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child)
-            child->highlightChildSdc(target);
-    }
-}
-
-void Sdc::reset()
-{
-    while (!m_children.isEmpty()) {
-        Sdc *const child = m_children.takeLast();
-        childListChangedFrom(static_cast<int>(m_children.size()));
-        if (!child)
-            continue;
-        child->reset();
-        if (child->QStandardItem::parent() == this)
-            qDeleteAll(takeRow(child->row()));
-    }
-    removeEmptyRows();
-    m_properties.clear();
-    setProperty(SdcProperty::ShortName, QString());
-    setParentSdc(nullptr);
-    m_highlighted = false;
-}
-
 bool Sdc::isEmpty()
 {
     return std::all_of(m_children.cbegin(), m_children.cend(), [](Sdc *child) { return !child; });
 }
-
-QGraphicsItem *Sdc::getGroupGraphicsItem()
-{
-    return nullptr;
-}
-
-void Sdc::rotateSdc(double angle)
-{
-    if (zgs::rotate(getListSdcMcp(), angle, false))
-        multiplyTransformBy(QTransform().rotate(angle));
-}
-
-void Sdc::updateHighlight() { }
 
 bool Sdc::isConsistentToDb()
 {
@@ -487,45 +350,6 @@ void Sdc::setChanged()
         m_parentSdc->setChanged();
 }
 
-QGraphicsScene *Sdc::getScene()
-{
-    const QList<SdcMcp *> list = getListSdcMcp();
-    if (list.isEmpty())
-        return nullptr;
-    ZelEllipseItemMcp *const item = list.first()->getZelEllipseItemMcp();
-    return item ? item->scene() : nullptr;
-}
-
-void Sdc::setBstBindingStatusEnabled(bool) { }
-
-bool Sdc::isBstBindingStatusDisplayEnabled()
-{
-    return false;
-}
-
-ZelEllipseItem *Sdc::getZelEllipseItem()
-{
-    return nullptr;
-}
-
-void Sdc::setAllMcpFeatureValue(ComponentStateType) { }
-
-void Sdc::setHighlight(bool status, bool extendable)
-{
-    m_highlighted = status;
-    if (!extendable)
-        return;
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child)
-            child->setHighlight(status, true);
-    }
-}
-
-void Sdc::setHighlight(bool status)
-{
-    setHighlight(status, true);
-}
-
 void Sdc::setSdcType(int type)
 {
     m_sdcType = type;
@@ -535,30 +359,6 @@ void Sdc::setSdcName(const QString &name)
 {
     m_sdcName = name;
     setProperty(SdcProperty::ShortName, QString());
-}
-
-QString Sdc::getDomXmlTag() const
-{
-    switch (m_sdcType) {
-    case SdcType::Bst:
-        return QStringLiteral("bst");
-    case SdcType::Mcp:
-        return QStringLiteral("mcp");
-    case SdcType::Mol:
-        return QStringLiteral("mol");
-    case SdcType::Mli:
-        return QStringLiteral("mli");
-    case SdcType::Cpx:
-        return QStringLiteral("cpx");
-    case SdcType::Cxi:
-        return QStringLiteral("cxi");
-    case SdcType::Cel:
-        return QStringLiteral("cel");
-    default:
-        qDebug() << "QString Sdc::getDomXmlTag() const"
-                 << "Undefined domeXml tag for " << getSdcName();
-        return {};
-    }
 }
 
 void Sdc::updateCurrentIndexToPrevIndex()
@@ -610,53 +410,6 @@ bool Sdc::hasProperty(int key) const
 void Sdc::clearProperties()
 {
     m_properties.clear();
-}
-
-bool Sdc::hasTagState(int kind)
-{
-    for (SdcMcp *mcp : getListSdcMcp()) {
-        if ((kind == 1 || kind == 2) && mcp->getProperty(SdcProperty::Negation) == u'1')
-            return true;
-        if (kind != 0 && kind != 2)
-            continue;
-        for (ZelRectItemMcpSticky *sticky : mcp->getListSticky()) {
-            if (sticky && sticky->getStateType() == ComponentStateDontCare)
-                return true;
-        }
-    }
-    return false;
-}
-
-bool Sdc::hasTagDontCare()
-{
-    return hasTagState(0);
-}
-
-bool Sdc::hasTagNegation()
-{
-    return hasTagState(1);
-}
-
-bool Sdc::hasTagDontCareOrNegation()
-{
-    return hasTagState(2);
-}
-
-void Sdc::setAllMcpStateType(int type, bool half)
-{
-    for (SdcMcp *mcp : getListSdcMcp()) {
-        for (ZelRectItemMcpSticky *sticky : mcp->getListSticky()) {
-            if (sticky)
-                sticky->setStateType(type, half);
-        }
-        mcp->updateStatePropertyFromSticky();
-    }
-}
-
-void Sdc::setAllBstStatus(BindingStatusType status)
-{
-    for (SdcBst *bst : getListSdcBst())
-        bst->setBindingStatus(status);
 }
 
 void Sdc::copyPropertiesTo(Sdc *target)
@@ -718,66 +471,5 @@ void Sdc::childListChangedFrom(int index)
     } else if (isSdcMcp()) {
         if (SdcMol *parentMol = getParentSdcMol())
             parentMol->siteCountsChangedFrom(std::max(getPosIndex(), 0));
-    }
-}
-
-// Called while dying. A row may be taken out of a model at any time but not from the loop in which
-// the toolkit removes rows; in that loop, and without a model, model() is null and the row is only
-// emptied. What is then left of it goes with the parent's next tidying.
-void Sdc::leaveItemParent()
-{
-    QStandardItem *const itemParent = QStandardItem::parent();
-    if (QStandardItemModel *itemModel = model()) {
-        const QList<QStandardItem *> taken =
-            itemParent ? itemParent->takeRow(row()) : itemModel->takeRow(row());
-        for (QStandardItem *item : taken) {
-            if (item != this)
-                delete item;
-        }
-    } else if (itemParent && !itemParent->model()) { // else the parent is dying with its model
-        itemParent->takeChild(row(), 0);
-        if (m_parentSdc && itemParent == static_cast<QStandardItem *>(m_parentSdc.data()))
-            m_parentSdc->m_hasEmptyRows = true;
-    }
-}
-
-void Sdc::forgetDyingChild(Sdc *child)
-{
-    if (m_dying)
-        return;
-    const int index = child->getPosIndex();
-    m_children.removeAll(child);
-    childListChangedFrom(std::max(index, 0));
-    if (!m_tidyPending) {
-        m_tidyPending = true;
-        QMetaObject::invokeMethod(this, &Sdc::tidyAfterDeath, Qt::QueuedConnection);
-    }
-}
-
-// The numbers of the siblings follow when control is back in the event loop: the death may lie in
-// the middle of a model's row removal, where nothing else must change.
-void Sdc::tidyAfterDeath()
-{
-    m_tidyPending = false;
-    removeEmptyRows();
-    const QList<Sdc *> remaining = m_children;
-    for (Sdc *child : remaining) {
-        if (child)
-            child->updatePosIndex();
-    }
-    if (SdcMol *mol = toSdcMol())
-        mol->renumberSites(0);
-    else if (SdcMol *parentMol = isSdcMcp() ? getParentSdcMol() : nullptr)
-        parentMol->renumberSites(getPosIndex() + 1);
-}
-
-void Sdc::removeEmptyRows()
-{
-    if (!m_hasEmptyRows)
-        return;
-    m_hasEmptyRows = false;
-    for (int i = rowCount() - 1; i >= 0; --i) {
-        if (!QStandardItem::child(i, 0))
-            removeRow(i);
     }
 }
