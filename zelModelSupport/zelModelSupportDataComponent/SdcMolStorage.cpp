@@ -177,10 +177,13 @@ private:
         setNamedProperties(mcp, id, record);
         mcp->setProperty(SdcProperty::Location, record.value(ZelDbColumn::Location));
         mcp->setZelEllipseItemMcp(item);
-        item->setSdcMcp(mcp);
         m_mol->addSdcMcp(mcp);
-        loadTags(mcp, item, id, layout);
+        loadTags(mcp, id);
         loadSites(mcp, item, id, layout, rect);
+        // The item follows the component from here on: until now each step would have changed it.
+        item->setSdcMcp(mcp);
+        mcp->setTagDirectionCode(layout.tagDirectionCode);
+        item->updateLayoutOfListStateSticky(!layout.tagSizeAndGap);
         item->slot_updateToolTips();
     }
 
@@ -192,10 +195,8 @@ private:
         sdc->setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
     }
 
-    void loadTags(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &id, const SdcLayout &layout)
+    void loadTags(SdcMcp *mcp, const QString &id)
     {
-        const double size = mcp->getTagSize();
-        const double gap = mcp->getTagGap();
         QStringList names;
         const QList<ZelDbState> states = m_db->mcpGetOrderedStates(id);
         for (const ZelDbState &state : states) {
@@ -208,10 +209,6 @@ private:
             names.append(state.name);
         }
         mcp->setProperty(SdcProperty::StateCode, names.join(u';'));
-        mcp->setTagDirectionCode(layout.tagDirectionCode);
-        mcp->setTagSize(size);
-        mcp->setTagGap(gap);
-        item->updateLayoutOfListStateSticky(!layout.tagSizeAndGap);
     }
 
     void loadSites(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &mcpId,
