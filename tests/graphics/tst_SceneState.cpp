@@ -23,7 +23,11 @@ private slots:
     void puttingBackIsNoChangeOfTheUser();
     void takenBetweenBeginAndEnd();
     void bondsComeBack();
+    void bondsComeBackInAnyOrder();
     void sceneWithoutDataComponent();
+    void moleculesWithoutDataComponent();
+    void stickyWithoutFeature();
+    void codesOfOneSideAreEqual();
     void moleculeThatIsGone();
     void labelsAndLinesFollow();
     void longRandomHistory();
@@ -266,6 +270,25 @@ void tst_SceneState::bondsComeBack()
     QVERIFY(cpx.getListSdcBstBstCpx().isEmpty());
 }
 
+void tst_SceneState::bondsComeBackInAnyOrder()
+{
+    SceneStage<OpenScene> stage;
+    SdcCpx cpx(nullptr);
+    QList<SdcBst *> sites;
+    for (int i = 0; i < 4; ++i) {
+        auto *mol = new SdcMol(nullptr);
+        cpx.addSdcChild(mol, true);
+        sites.append(stage.addSite(stage.addComponent({90.0 * i, 0.0}, {60.0, 60.0}, mol), 90.0));
+    }
+    stage.scene().setSdc(&cpx);
+    for (int i = 0; i < 4; i += 2)
+        cpx.addSdcBstBstCpx(stage.scene().addSdcBstBstCpx(sites.at(i), sites.at(i + 1)));
+    const ZelSceneState before = ZelSceneState::take(&stage.scene());
+    stage.scene().removeSdcBstBst(cpx.getListSdcBstBstCpx().first());
+    QVERIFY(before.restore(&stage.scene()));
+    QVERIFY(ZelSceneState::take(&stage.scene()) == before);
+}
+
 void tst_SceneState::sceneWithoutDataComponent()
 {
     SceneStage<ZelSceneMol> stage;
@@ -276,6 +299,49 @@ void tst_SceneState::sceneWithoutDataComponent()
     stage.scene().removeAllItems();
     QVERIFY(before.restore(&stage.scene()));
     QVERIFY(ZelSceneState::take(&stage.scene()) == before);
+}
+
+void tst_SceneState::moleculesWithoutDataComponent()
+{
+    SceneStage<OpenScene> stage;
+    stage.scene().setSdc(nullptr);
+    SdcMol first(nullptr);
+    SdcMol second(nullptr);
+    stage.addComponent({-100.0, 0.0}, {60.0, 60.0}, &first);
+    const ZelSceneState one = ZelSceneState::take(&stage.scene());
+    stage.addComponent({100.0, 0.0}, {60.0, 60.0}, &second);
+    const ZelSceneState both = ZelSceneState::take(&stage.scene());
+    // The second molecule has come since.
+    QVERIFY(one.restore(&stage.scene()));
+    QVERIFY(ZelSceneState::take(&stage.scene()) == one);
+    QVERIFY(second.getListSdcMcp().isEmpty());
+    QVERIFY(both.restore(&stage.scene()));
+    QVERIFY(ZelSceneState::take(&stage.scene()) == both);
+    // What is made anew lies on top of the rest, and is the same drawing.
+    stage.scene().removeSdcMcp(first.getSdcMcpAtIndex(0));
+    QVERIFY(both.restore(&stage.scene()));
+    QVERIFY(ZelSceneState::take(&stage.scene()) == both);
+}
+
+void tst_SceneState::stickyWithoutFeature()
+{
+    SceneStage<ZelSceneMol> stage;
+    build(stage);
+    const ZelSceneState before = ZelSceneState::take(&stage.scene());
+    delete component(stage, 1)->getListSdcMcpTags().first();
+    QVERIFY(before.restore(&stage.scene()));
+    QVERIFY(ZelSceneState::take(&stage.scene()) == before);
+}
+
+void tst_SceneState::codesOfOneSideAreEqual()
+{
+    SceneStage<ZelSceneMol> stage;
+    build(stage);
+    const ZelSceneState before = ZelSceneState::take(&stage.scene());
+    component(stage, 0)->setTagDirectionCode(1); // as a refused turn leaves code 0 behind
+    QVERIFY(ZelSceneState::take(&stage.scene()) == before);
+    component(stage, 0)->setTagDirectionCode(3);
+    QVERIFY(ZelSceneState::take(&stage.scene()) != before);
 }
 
 void tst_SceneState::moleculeThatIsGone()

@@ -1,13 +1,14 @@
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 
 #include "zelModelSupport/graphics/ZelDrawing.h"
-#include "zelModelSupport/graphics/ZelGlowEffect.h"
+#include "zelModelSupport/graphics/ZelGlow.h"
 #include "zelModelSupport/graphics/ZelItemGeometry.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelShare/ZelShareGui.h"
 
 #include <QApplication>
 #include <QBrush>
+#include <QGraphicsBlurEffect>
 #include <QGraphicsTextItem>
 #include <QPainter>
 #include <QPalette>
@@ -157,15 +158,13 @@ void ZelEllipseItemBst::setAlwaysHighlight(bool on)
     if (!m_ring) {
         if (!on)
             return;
-        m_ring = new QGraphicsEllipseItem(this);
-        m_ring->setRect(rect().adjusted(RingShrink, RingShrink, -RingShrink, -RingShrink));
+        m_ring = new zel::glow::Outline<QGraphicsEllipseItem>(
+            rect().adjusted(RingShrink, RingShrink, -RingShrink, -RingShrink), this, 1);
         const QBrush highlight =
             QApplication::palette().brush(QPalette::Current, QPalette::Highlight);
         m_ring->setPen(QPen(highlight.color(), HaloPenWidth));
         m_ring->setZValue(zValue() + z::Ring);
-        auto *const blur = new ZelGlowEffect(m_ring);
-        blur->setBlurHints(QGraphicsBlurEffect::QualityHint);
-        m_ring->setGraphicsEffect(blur);
+        zel::glow::setBlur(m_ring)->setBlurHints(QGraphicsBlurEffect::QualityHint);
         m_ring->setOpacity(RingOpacity);
     }
     m_ring->setVisible(on);

@@ -2,7 +2,7 @@
 
 #include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItem.h"
-#include "zelModelSupport/graphics/ZelGlowEffect.h"
+#include "zelModelSupport/graphics/ZelGlow.h"
 #include "zelModelSupport/graphics/ZelLineItem.h"
 #include "zelModelSupport/graphics/ZelRectItem.h"
 
@@ -68,30 +68,31 @@ void ZelHighlightItem::makeHalo()
     m_rectPen.setWidthF(HaloPenWidthRect);
 
     if (ZelEllipseItem *ellipse = m_owner->asEllipseItem()) {
-        auto *halo = new QGraphicsEllipseItem(grown(ellipse->rect(), HaloGrowEllipse), ellipse);
+        auto *halo = new zel::glow::Outline<QGraphicsEllipseItem>(
+            grown(ellipse->rect(), HaloGrowEllipse), ellipse, HaloCoats);
         halo->setPen(m_pen);
         halo->setZValue(ellipse->zValue() + z::Halo);
         // Around the owner, not over it: rim, fill and number stay as they are.
         halo->setFlag(QGraphicsItem::ItemStacksBehindParent);
-        addHalo(halo, HaloCoats);
+        addHalo(halo);
     } else if (ZelLineItem *line = m_owner->asLineItem()) {
-        auto *halo = new QGraphicsLineItem(line->line(), line);
+        auto *halo = new zel::glow::Outline<QGraphicsLineItem>(line->line(), line, HaloCoats);
         halo->setPen(m_pen);
-        addHalo(halo, HaloCoats);
+        addHalo(halo);
     } else if (ZelRectItem *rect = m_owner->asRectItem()) {
-        auto *halo = new QGraphicsRectItem(grown(rect->rect(), HaloGrowRect), rect);
+        auto *halo = new zel::glow::Outline<QGraphicsRectItem>(
+            grown(rect->rect(), HaloGrowRect), rect, HaloCoatsRect);
         halo->setPen(m_rectPen);
         halo->setZValue(rect->zValue() + z::Halo);
         halo->setFlag(QGraphicsItem::ItemStacksBehindParent);
-        addHalo(halo, HaloCoatsRect);
+        addHalo(halo);
     }
 }
 
-void ZelHighlightItem::addHalo(QGraphicsItem *haloItem, int coats)
+void ZelHighlightItem::addHalo(QGraphicsItem *haloItem)
 {
     m_haloItem = haloItem;
-    m_blurEffect = new ZelGlowEffect(haloItem, coats);
-    haloItem->setGraphicsEffect(m_blurEffect);
+    zel::glow::setBlur(haloItem);
     haloItem->setOpacity(1.0);
     haloItem->setVisible(false);
 }

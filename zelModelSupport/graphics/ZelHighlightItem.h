@@ -5,7 +5,6 @@
 #include <QObject>
 #include <QPen>
 
-class QGraphicsBlurEffect;
 class QGraphicsItem;
 class ZelGItem;
 
@@ -31,11 +30,10 @@ public:
 
 private:
     void makeHalo();
-    void addHalo(QGraphicsItem *haloItem, int coats);
+    void addHalo(QGraphicsItem *haloItem);
 
     ZelGItem *m_owner = nullptr;
     QPen m_pen;
     QPen m_rectPen;
     QGraphicsItem *m_haloItem = nullptr;
-    QGraphicsBlurEffect *m_blurEffect = nullptr;
 };

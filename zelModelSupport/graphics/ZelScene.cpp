@@ -413,8 +413,10 @@ void ZelScene::dragComponents(const QPointF &delta)
     const QList<SdcMcp *> list = getListSdcMcpToMove(sdc);
     if (list.isEmpty() || delta.isNull())
         return;
+    QList<QPointer<SdcMcp>> moved(list.cbegin(), list.cend()); // receivers may destroy some
     moveListSdcMcps(list, delta);
-    updateCollisionCandidates(list);
+    moved.removeAll(nullptr);
+    updateCollisionCandidates(QList<SdcMcp *>(moved.cbegin(), moved.cend()));
 }
 
 QPointF ZelScene::processTempMouseStartPosFromCenter(const QPointF &scenePos) const

@@ -107,6 +107,9 @@ QList<BondState> takeBonds(const QList<SdcMol *> &molecules)
         if (first >= 0 && second >= 0)
             states.append({{first, second}, bond->getProperties()});
     }
+    // A bond that is made anew stands behind the others.
+    std::sort(states.begin(), states.end(),
+        [](const BondState &a, const BondState &b) { return a.sites < b.sites; });
     return states;
 }
 

@@ -103,6 +103,12 @@ void putSticky(ZelRectItemMcpSticky *sticky, const StickyState &state)
 
 void putStickies(SdcMcp *mcp, ZelEllipseItemMcp *item, const ComponentState &state)
 {
+    // A sticky whose feature has been destroyed never shows one again.
+    const QList<ZelRectItemMcpSticky *> present = item->getListSticky();
+    for (ZelRectItemMcpSticky *sticky : present) {
+        if (!sticky->getSdcMcpTag())
+            item->removeStateSticky(sticky);
+    }
     auto [stickies, surplus] = match(state.stickies, item->getListSticky(),
         [](const StickyState &stored, ZelRectItemMcpSticky *sticky) {
             return sticky->getName() == stored.name;

@@ -1,7 +1,8 @@
-#include "zelModelSupport/graphics/ZelGlowEffect.h"
+#include "zelModelSupport/graphics/ZelGlow.h"
 
 #include "zelModelSupport/graphics/ZelDrawing.h"
 
+#include <QGraphicsBlurEffect>
 #include <QGraphicsEllipseItem>
 #include <QGraphicsLineItem>
 #include <QGraphicsRectItem>
@@ -15,6 +16,7 @@ namespace {
 
 constexpr int Strokes = 12;
 constexpr double Reach = 2.5; // of the blur beyond the stroke, in standard deviations
+constexpr double Deviation = zel::drawing::HaloBlurRadius / 2.0;
 
 // The opacity of a blurred stroke at a distance from its middle, laid on in some coats.
 double profile(double distance, double halfWidth, double deviation, int coats)
@@ -27,27 +29,36 @@ double profile(double distance, double halfWidth, double deviation, int coats)
 
 } // namespace
 
-ZelGlowEffect::ZelGlowEffect(const QGraphicsItem *item, int coats) : m_item(item), m_coats(coats)
+double zel::glow::reach()
 {
-    setBlurRadius(zel::drawing::HaloBlurRadius);
+    return Reach * Deviation;
 }
 
-void ZelGlowEffect::draw(QPainter *painter)
+// An enabled effect has the extent that the scene's views give it. Zooming, opening or closing a
+// view changes that extent behind the back of the scene's index, which then keeps items that are
+// destroyed.
+QGraphicsBlurEffect *zel::glow::setBlur(QGraphicsItem *item)
 {
-    const auto *const ellipse = qgraphicsitem_cast<const QGraphicsEllipseItem *>(m_item);
-    const auto *const rect = qgraphicsitem_cast<const QGraphicsRectItem *>(m_item);
-    const auto *const line = qgraphicsitem_cast<const QGraphicsLineItem *>(m_item);
-    const double deviation = blurRadius() / 2.0;
-    if (!(ellipse || rect || line) || !(deviation > 0.0)) {
-        QGraphicsBlurEffect::draw(painter);
+    auto *const blur = new QGraphicsBlurEffect;
+    blur->setBlurRadius(zel::drawing::HaloBlurRadius);
+    blur->setEnabled(false);
+    item->setGraphicsEffect(blur);
+    return blur;
+}
+
+void zel::glow::paint(QPainter *painter, const QGraphicsItem *item, int coats)
+{
+    const auto *const ellipse = qgraphicsitem_cast<const QGraphicsEllipseItem *>(item);
+    const auto *const rect = qgraphicsitem_cast<const QGraphicsRectItem *>(item);
+    const auto *const line = qgraphicsitem_cast<const QGraphicsLineItem *>(item);
+    if (!ellipse && !rect && !line)
         return;
-    }
     QPen pen = ellipse ? ellipse->pen() : rect ? rect->pen() : line->pen();
     pen.setCapStyle(Qt::RoundCap);
     pen.setJoinStyle(Qt::RoundJoin);
     QColor color = pen.color();
     const double halfWidth = pen.widthF() / 2.0;
-    const double reach = halfWidth + Reach * deviation;
+    const double reach = halfWidth + Reach * Deviation;
     const double opacity = color.alphaF() * painter->opacity();
 
     painter->save();
@@ -58,7 +69,7 @@ void ZelGlowEffect::draw(QPainter *painter)
     for (int i = 0; i < Strokes; ++i) {
         const double outer = reach * (Strokes - i) / Strokes;
         const double middle = outer - reach / Strokes / 2.0;
-        const double wanted = opacity * profile(middle, halfWidth, deviation, m_coats);
+        const double wanted = opacity * profile(middle, halfWidth, Deviation, coats);
         if (wanted <= covered)
             continue;
         color.setAlphaF(static_cast<float>((wanted - covered) / (1.0 - covered)));
