@@ -6,6 +6,8 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <utility>
 
@@ -13,6 +15,22 @@ namespace {
 
 constexpr int MaxDepth = 4; // a complex, its molecules, their components, their sites
 constexpr double MaxNumber = 1.0e6; // beyond, nobody can have drawn it
+
+// As the toolkit reads it, but without its detour through locales for what is plainly written.
+double numberOf(QStringView text)
+{
+    std::array<char, 32> plain;
+    if (text.size() <= static_cast<qsizetype>(plain.size())) {
+        std::transform(text.cbegin(), text.cend(), plain.begin(),
+            [](QChar c) { return c.unicode() < 128 ? static_cast<char>(c.unicode()) : '?'; });
+        const char *const end = plain.data() + text.size();
+        double number = 0.0;
+        const auto [stop, error] = std::from_chars(plain.data(), end, number);
+        if (error == std::errc() && stop == end)
+            return number;
+    }
+    return text.toDouble();
+}
 
 bool isUsable(double number)
 {
@@ -67,8 +85,8 @@ void readComponent(SdcLayout *layout, const Attributes &attribute)
     const auto gap = attribute("tagGap");
     if (size.isNull() || gap.isNull())
         return;
-    const double sizeNumber = size.toDouble();
-    const double gapNumber = gap.toDouble();
+    const double sizeNumber = numberOf(size);
+    const double gapNumber = numberOf(gap);
     if (isUsable(sizeNumber) && isUsable(gapNumber) && sizeNumber >= 0.0 && gapNumber >= 0.0)
         layout->tagSizeAndGap = {sizeNumber, gapNumber};
 }
@@ -76,8 +94,8 @@ void readComponent(SdcLayout *layout, const Attributes &attribute)
 template <typename Attributes>
 void readRect(SdcLayout *layout, const Attributes &attribute)
 {
-    const QRectF rect(attribute("x").toDouble(), attribute("y").toDouble(),
-        attribute("w").toDouble(), attribute("h").toDouble());
+    const QRectF rect(numberOf(attribute("x")), numberOf(attribute("y")), numberOf(attribute("w")),
+        numberOf(attribute("h")));
     if (!isUsable(rect.x()) || !isUsable(rect.y()))
         return;
     layout->topLeft = rect.topLeft();
