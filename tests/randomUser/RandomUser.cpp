@@ -19,6 +19,8 @@
 #include <QContextMenuEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype LogLength = 20;
@@ -351,7 +353,9 @@ void RandomUser::look()
 void RandomUser::drag()
 {
     const QPointF from = anyPoint();
-    const QPointF to = m_dice.chance(50) ? anyPoint() : from + anyPoint() * 0.15;
+    const QPointF aim = m_dice.chance(50) ? anyPoint() : from + anyPoint() * 0.15;
+    const QPointF to(
+        std::clamp(aim.x(), -Reach.x(), Reach.x()), std::clamp(aim.y(), -Reach.y(), Reach.y()));
     mouse(QEvent::MouseButtonPress, from, Qt::LeftButton);
     log(QStringLiteral("drag %1 by %2, %3")
             .arg(m_pressed ? nameOf(m_pressed->getSdc()) : QStringLiteral("empty space"))

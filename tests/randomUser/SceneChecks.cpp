@@ -22,7 +22,7 @@
 namespace {
 
 constexpr double Hair = 0.15; // rims that touch by less do not overlap
-constexpr double StoredPrecision = 0.02; // six digits of a coordinate
+constexpr double StoredPrecision = 2e-5; // six digits, of a sum of coordinates
 
 /// Collects the first thing that is wrong.
 class Report
@@ -214,11 +214,14 @@ bool overlap(QRectF a, QRectF b)
     return false;
 }
 
+/// As far as six digits of the coordinates tell.
 bool areClose(const QRectF &a, const QRectF &b)
 {
-    return std::abs(a.x() - b.x()) < StoredPrecision && std::abs(a.y() - b.y()) < StoredPrecision
-        && std::abs(a.width() - b.width()) < StoredPrecision
-        && std::abs(a.height() - b.height()) < StoredPrecision;
+    const double reach = std::max(
+        {std::abs(a.left()), std::abs(a.top()), std::abs(a.right()), std::abs(a.bottom()), 1000.0});
+    const double most = reach * StoredPrecision;
+    return std::abs(a.x() - b.x()) < most && std::abs(a.y() - b.y()) < most
+        && std::abs(a.width() - b.width()) < most && std::abs(a.height() - b.height()) < most;
 }
 
 void checkSameMcp(SdcMcp *stored, SdcMcp *drawn, Report *report)
@@ -226,8 +229,8 @@ void checkSameMcp(SdcMcp *stored, SdcMcp *drawn, Report *report)
     report->fails(!areClose(stored->getSdcSceneRectF(), drawn->getSdcSceneRectF()),
         "a component is stored elsewhere", drawn);
     report->fails(stored->getTagDirectionCode() != drawn->getTagDirectionCode()
-            || std::abs(stored->getTagSize() - drawn->getTagSize()) > StoredPrecision
-            || std::abs(stored->getTagGap() - drawn->getTagGap()) > StoredPrecision,
+            || std::abs(stored->getTagSize() - drawn->getTagSize()) > 0.01
+            || std::abs(stored->getTagGap() - drawn->getTagGap()) > 0.01,
         "the row of features is stored otherwise", drawn);
     const QList<ZelRectItemMcpSticky *> stickies = drawn->getListSticky();
     const QList<ZelRectItemMcpSticky *> storedStickies = stored->getListSticky();
