@@ -22,18 +22,6 @@
 
 namespace {
 
-QString bindingStatusName(int status)
-{
-    switch (status) {
-    case BindingStatusBound:
-        return QStringLiteral("Bound");
-    case BindingStatusUnbound:
-        return QStringLiteral("Unbound");
-    default:
-        return QStringLiteral("Don't Care");
-    }
-}
-
 QAction *addHeading(QMenu *menu, const QString &text)
 {
     QAction *const heading = menu->addAction(text);
@@ -179,7 +167,7 @@ void ZelScene::execBstMenu(ZelEllipseItemBst *item, const QPoint &screenPos)
     const bool enabled = m_allowToChangeBindingStatus && bst->isAllowChangeBindingStatus();
     const QList<int> statuses = ZelDb::getListBindingStatusType();
     for (const int status : statuses)
-        addChoice(&menu, &group, bindingStatusName(status), status, status == present)
+        addChoice(&menu, &group, SdcBst::bindingStatusName(status), status, status == present)
             ->setEnabled(enabled);
     group.setEnabled(enabled);
     menu.exec(screenPos);

@@ -89,7 +89,12 @@ bool SdcBst::isDontCareBindingStatus()
 
 QString SdcBst::getBindingStatusName()
 {
-    switch (getBindingStatus()) {
+    return bindingStatusName(getBindingStatus());
+}
+
+QString SdcBst::bindingStatusName(int status)
+{
+    switch (status) {
     case BindingStatusBound:
         return QStringLiteral("Bound");
     case BindingStatusUnbound:

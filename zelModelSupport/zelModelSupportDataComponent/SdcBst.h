@@ -31,6 +31,8 @@ public:
     bool isUnbound();
     bool isDontCareBindingStatus();
     QString getBindingStatusName();
+    /// The name that a status is shown by; any unknown one is "Don't Care".
+    static QString bindingStatusName(int status);
     bool isInCpxBinding();
     /// Tells editors whether they may change the status; setBindingStatus() itself never refuses.
     void setAllowChangeBindingStatus(bool allow) { m_allowChangeBindingStatus = allow; }
