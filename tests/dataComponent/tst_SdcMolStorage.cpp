@@ -344,6 +344,13 @@ private slots:
             many += QStringLiteral("<mcp posIndex='0'/>");
         QTest::newRow("many elements of one place")
             << many + QStringLiteral("</mol></schema>") << 3;
+        QTest::newRow("attributes by default") << QStringLiteral(
+            "<!DOCTYPE d [<!ATTLIST mcp posIndex CDATA '0'>]><schema><mol/>"
+            "</schema>") << 3;
+        QTest::newRow("deep nesting") << QStringLiteral("<schema><mol psiimId='mol1'>")
+                + QString::fromLatin1("<a>").repeated(300000)
+                + QString::fromLatin1("</a>").repeated(300000) + QStringLiteral("</mol></schema>")
+                                      << 3;
     }
 
     void damagedLayouts()

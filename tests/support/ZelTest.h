@@ -24,7 +24,7 @@ public:
     /// QCoreApplication::applicationFilePath() with the arguments "--child", name, ...
     static bool registerChild(const char *name, Child child);
 
-private slots:
+protected slots: // called by overrides
     void init();
     void cleanup();
 };

@@ -137,6 +137,8 @@ void Sdc::removeSdcChild(Sdc *child)
 {
     const int index = static_cast<int>(m_children.indexOf(child));
     m_children.removeAll(child);
+    if (child && !child->m_otherParents.isEmpty())
+        child->m_otherParents.removeAll(this);
     if (index >= 0)
         childListChangedFrom(index);
     removeEmptyRows();
@@ -158,7 +160,22 @@ void Sdc::removeSdcChild(Sdc *child)
 
 void Sdc::setParentSdc(Sdc *parentSdc)
 {
+    // A complex may be listed in several places: those must learn of its death, too.
+    if (m_parentSdc && m_parentSdc != parentSdc && m_parentSdc->m_children.contains(this))
+        m_otherParents.append(m_parentSdc);
+    if (parentSdc && !m_otherParents.isEmpty())
+        m_otherParents.removeAll(parentSdc);
     m_parentSdc = parentSdc;
+}
+
+void Sdc::releaseChild(Sdc *child)
+{
+    if (!child)
+        return;
+    QList<QPointer<Sdc>> &others = child->m_otherParents;
+    others.removeIf([this](const QPointer<Sdc> &other) { return !other || other == this; });
+    if (child->m_parentSdc == this)
+        child->m_parentSdc = others.isEmpty() ? nullptr : others.takeLast();
 }
 
 bool Sdc::hasSdcChild() const
@@ -235,7 +252,15 @@ QList<SdcBst *> Sdc::getListSdcBst()
     if (isSdcBst())
         list.append(toSdcBst());
     for (Sdc *child : std::as_const(m_children)) {
-        if (child)
+        if (!child)
+            continue;
+        // Sites have no children: most lists are put together without one for each site.
+        SdcBst *const site = child->m_children.isEmpty() ? child->toSdcBst() : nullptr;
+        if (site)
+            list.append(site);
+        else if (list.isEmpty())
+            list = child->getListSdcBst();
+        else
             list += child->getListSdcBst();
     }
     return list;

@@ -224,6 +224,8 @@ protected:
     void clearChildrenList();
     /// Replaces the order of the list; rows and texts stay as they are.
     void setChildrenList(const QList<Sdc *> &list);
+    /// For a child that has left the list: its parent is again one that still lists it, else none.
+    void releaseChild(Sdc *child);
 
 private:
     void childListChangedFrom(int index);
@@ -235,6 +237,7 @@ private:
     std::vector<std::pair<int, QString>> m_properties;
     QList<Sdc *> m_children;
     QPointer<Sdc> m_parentSdc;
+    QList<QPointer<Sdc>> m_otherParents; // former parents whose lists hold this component still
     bool m_highlighted = false;
     bool m_hasEmptyRows = false;
     bool m_tidyPending = false;

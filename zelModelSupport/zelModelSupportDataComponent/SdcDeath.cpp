@@ -2,24 +2,28 @@
 
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <QMetaObject>
 #include <QStandardItemModel>
 
 #include <algorithm>
+#include <utility>
 
 Sdc::~Sdc()
 {
     m_dying = true;
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child && child->m_parentSdc == this)
-            child->m_parentSdc.clear();
-    }
-    m_children.clear();
+    const QList<Sdc *> leaving = std::exchange(m_children, {});
+    for (Sdc *child : leaving)
+        releaseChild(child);
     while (rowCount() > 0)
         qDeleteAll(takeRow(rowCount() - 1));
     leaveItemParent();
+    for (const QPointer<Sdc> &parentSdc : std::as_const(m_otherParents)) {
+        if (parentSdc)
+            parentSdc->forgetDyingChild(this);
+    }
     if (m_parentSdc)
         m_parentSdc->forgetDyingChild(this);
 }
@@ -66,9 +70,15 @@ void Sdc::forgetDyingChild(Sdc *child)
 {
     if (m_dying)
         return;
-    const int index = child->getPosIndex();
+    if (isSdcTrn()) { // its slots stay
+        std::replace(m_children.begin(), m_children.end(), child, static_cast<Sdc *>(nullptr));
+        return;
+    }
+    const int index = static_cast<int>(m_children.indexOf(child));
     m_children.removeAll(child);
     childListChangedFrom(std::max(index, 0));
+    if (SdcCpx *cpx = toSdcCpx())
+        cpx->setSpecisStaticSymmetryState(SdcCpx::SymmetryUnknown);
     if (!m_tidyPending) {
         m_tidyPending = true;
         QMetaObject::invokeMethod(this, &Sdc::tidyAfterDeath, Qt::QueuedConnection);

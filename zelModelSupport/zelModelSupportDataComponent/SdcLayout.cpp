@@ -1,6 +1,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcXml.h"
 
 #include <QDomElement>
 #include <QXmlStreamReader>
@@ -128,15 +129,15 @@ SdcLayout fromStreamAtDepth(QXmlStreamReader *reader, int sdcType, int depth)
     layout.sdcType = sdcType;
     readComponent(&layout, StreamAttributes{reader->attributes()});
     bool hasRect = false;
-    while (reader->readNextStartElement()) {
-        const int childType = typeOf(reader->name());
+    while (SdcXml::readChild(reader)) {
+        const int childType = typeOf(reader->qualifiedName());
         if (childType != SdcType::None && depth < MaxDepth) {
             layout.children.append(fromStreamAtDepth(reader, childType, depth + 1));
             continue;
         }
-        if (reader->name() == RectTag && !std::exchange(hasRect, true))
+        if (reader->qualifiedName() == RectTag && !std::exchange(hasRect, true))
             readRect(&layout, StreamAttributes{reader->attributes()});
-        reader->skipCurrentElement();
+        SdcXml::skipElement(reader);
     }
     return layout;
 }
@@ -151,21 +152,50 @@ SdcLayout SdcLayout::fromElement(const QDomElement &element)
 
 SdcLayout SdcLayout::fromXml(const QString &xml, int sdcType, QString *error)
 {
+    if (const QString reason = SdcXml::refusal(xml); !reason.isEmpty()) {
+        *error = reason;
+        return {};
+    }
     QXmlStreamReader reader(xml);
+    reader.setNamespaceProcessing(false); // as documents are read: a colon is part of the name
     SdcLayout layout;
-    if (reader.readNextStartElement()) {
-        while (reader.readNextStartElement()) {
-            if (layout.isNull() && typeOf(reader.name()) == sdcType)
+    if (SdcXml::readRoot(&reader)) {
+        while (SdcXml::readChild(&reader)) {
+            if (layout.isNull() && typeOf(reader.qualifiedName()) == sdcType)
                 layout = fromStreamAtDepth(&reader, sdcType, 1);
             else
-                reader.skipCurrentElement();
+                SdcXml::skipElement(&reader);
         }
     }
-    // Read to the end: what is cut off or trails behind makes the whole unreadable.
-    while (!reader.atEnd())
-        reader.readNext();
+    SdcXml::readToEnd(&reader);
     if (!reader.hasError())
         return layout;
     *error = reader.errorString();
     return {};
+}
+
+SdcLayoutChildren::SdcLayoutChildren(const SdcLayout &parent, int sdcType)
+{
+    for (const SdcLayout &child : parent.children) {
+        if (child.sdcType != sdcType)
+            continue;
+        if (child.posIndex >= 0)
+            m_byPosIndex.insert(child.posIndex, &child);
+        m_inOrder.append(&child);
+    }
+}
+
+const SdcLayout &SdcLayoutChildren::find(const QString &psiimId, int index) const
+{
+    static const SdcLayout none;
+    const SdcLayout *first = nullptr; // a multi-hash answers the last inserted first
+    const auto [begin, end] = m_byPosIndex.equal_range(index);
+    for (auto it = begin; it != end; ++it) {
+        if (it.value()->psiimId == psiimId)
+            return *it.value();
+        first = it.value();
+    }
+    if (first)
+        return *first;
+    return index < m_inOrder.size() ? *m_inOrder.at(index) : none;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QMultiHash>
 #include <QRectF>
 #include <QString>
 
@@ -33,4 +34,20 @@ struct SdcLayout
     /// The first element of that type below the root; null when there is none or, with the reason
     /// in error, when the text is no well-formed XML.
     static SdcLayout fromXml(const QString &xml, int sdcType, QString *error);
+};
+
+/// The child layouts of one type, found by position index; the order breaks ties. The parent must
+/// outlive it.
+class SdcLayoutChildren
+{
+public:
+    SdcLayoutChildren(const SdcLayout &parent, int sdcType);
+
+    /// The one at that position that carries the id, else the first there, else the one that
+    /// stands at that place among its siblings, else an empty layout.
+    const SdcLayout &find(const QString &psiimId, int index) const;
+
+private:
+    QMultiHash<int, const SdcLayout *> m_byPosIndex;
+    QList<const SdcLayout *> m_inOrder;
 };

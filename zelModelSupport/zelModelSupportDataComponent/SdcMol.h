@@ -75,7 +75,9 @@ public:
     void setAllMcpFeatureValue(ComponentStateType value) override;
 
 private:
+    friend class SdcCpx;
     friend class SdcMolLoader;
+    friend class ZelSceneSideWindow;
 
     bool loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
         const QPointF &refPos, bool limited);

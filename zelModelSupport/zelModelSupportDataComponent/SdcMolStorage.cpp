@@ -35,43 +35,6 @@ QString withDefault(const QString &text, const char *defaultText)
     return text.isEmpty() ? QLatin1String(defaultText) : text;
 }
 
-/// The child layouts of one type, found by position index; the order breaks ties.
-class LayoutChildren
-{
-public:
-    LayoutChildren(const SdcLayout &parent, int sdcType)
-    {
-        for (const SdcLayout &child : parent.children) {
-            if (child.sdcType != sdcType)
-                continue;
-            if (child.posIndex >= 0)
-                m_byPosIndex.insert(child.posIndex, &child);
-            m_inOrder.append(&child);
-        }
-    }
-
-    /// The one at that position that carries the id, else the first there, else the one that
-    /// stands at that place among its siblings, else an empty layout.
-    const SdcLayout &find(const QString &psiimId, int index) const
-    {
-        static const SdcLayout none;
-        const SdcLayout *first = nullptr; // a multi-hash answers the last inserted first
-        const auto [begin, end] = m_byPosIndex.equal_range(index);
-        for (auto it = begin; it != end; ++it) {
-            if (it.value()->psiimId == psiimId)
-                return *it.value();
-            first = it.value();
-        }
-        if (first)
-            return *first;
-        return index < m_inOrder.size() ? *m_inOrder.at(index) : none;
-    }
-
-private:
-    QMultiHash<int, const SdcLayout *> m_byPosIndex;
-    QList<const SdcLayout *> m_inOrder;
-};
-
 /// A place on the rim for a site that the layout does not mention: evenly around, from the top.
 QRectF defaultSiteRect(const QRectF &mcpRect, qsizetype index, qsizetype count)
 {
@@ -107,7 +70,7 @@ public:
         m_origin = refPos + layout.topLeft;
         m_nextDefaultPlace = m_origin;
 
-        const LayoutChildren layouts(layout, SdcType::Mcp);
+        const SdcLayoutChildren layouts(layout, SdcType::Mcp);
         const QStringList mcpIds = m_db->molGetListMcpPsiimId(psiimId);
         for (qsizetype i = 0; i < mcpIds.size(); ++i)
             loadMcp(mcpIds.at(i), layouts.find(mcpIds.at(i), static_cast<int>(i)));
@@ -214,7 +177,7 @@ private:
     void loadSites(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &mcpId,
         const SdcLayout &mcpLayout, const QRectF &mcpRect)
     {
-        const LayoutChildren layouts(mcpLayout, SdcType::Bst);
+        const SdcLayoutChildren layouts(mcpLayout, SdcType::Bst);
         const QStringList ids = m_db->bstGetListPsiimIdBasedOnMcp(mcpId);
         for (qsizetype i = 0; i < ids.size(); ++i) {
             const QString &id = ids.at(i);

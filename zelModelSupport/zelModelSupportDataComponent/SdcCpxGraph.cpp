@@ -1,0 +1,201 @@
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxGraph.h"
+
+#include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+constexpr QStringView HeadEnd = u"(2): ";
+
+} // namespace
+
+struct SdcCpxGraph::BondEnd
+{
+    SdcBst *site = nullptr;
+    qsizetype bond = 0;
+    SdcBst *partner = nullptr;
+};
+
+SdcCpxGraph::SdcCpxGraph(const QList<SdcMol *> &molSet, const QList<SdcMol *> &others,
+    const QList<SdcBstBst *> &bonds, bool withStatuses)
+{
+    addMols(molSet, others);
+    BondEnds ends;
+    for (qsizetype i = 0; i < bonds.size(); ++i) {
+        const SdcBstBst *const bond = bonds.at(i);
+        SdcBst *const first = bond ? bond->getSdcBst1() : nullptr;
+        SdcBst *const second = bond ? bond->getSdcBst2() : nullptr;
+        if (first)
+            ends.append({first, i, second});
+        if (second && second != first)
+            ends.append({second, i, first});
+    }
+    std::sort(ends.begin(), ends.end(), [](const BondEnd &a, const BondEnd &b) {
+        return a.site != b.site ? std::less<>()(a.site, b.site) : a.bond < b.bond;
+    });
+    for (Mol &mol : m_mols) {
+        if (mol.count > 0)
+            addTexts(mol, ends, withStatuses);
+    }
+    for (int i = 0; i < size(); ++i)
+        findShape(i);
+}
+
+QStringView SdcCpxGraph::head(int number) const
+{
+    if (number == m_first)
+        return {m_firstHead.constData(), m_firstHead.size()};
+    return text(m_mols[number].head);
+}
+
+int SdcCpxGraph::find(const SdcMol *mol) const
+{
+    const auto at = std::lower_bound(m_mols.cbegin(), m_mols.cend(), mol,
+        [](const Mol &entry, const SdcMol *wanted) { return std::less<>()(entry.mol, wanted); });
+    return at != m_mols.cend() && at->mol == mol ? static_cast<int>(at - m_mols.cbegin()) : None;
+}
+
+void SdcCpxGraph::setFirst(int number)
+{
+    m_first = number;
+    m_firstHead.clear();
+    if (number == None)
+        return;
+    const QStringView usual = text(m_mols[number].head);
+    m_firstHead.append(usual.utf16(), usual.size());
+    if (!usual.isEmpty())
+        m_firstHead[usual.size() - HeadEnd.size() + 1] = u'1';
+}
+
+void SdcCpxGraph::setRank(int number, int rank)
+{
+    if (m_mols[number].rank == None)
+        m_mols[number].rank = rank;
+}
+
+void SdcCpxGraph::clearRanks()
+{
+    for (Mol &mol : m_mols)
+        mol.rank = None;
+}
+
+void SdcCpxGraph::addMols(const QList<SdcMol *> &molSet, const QList<SdcMol *> &others)
+{
+    QVarLengthArray<SdcMol *, 32> all;
+    all.append(molSet.constData(), molSet.size());
+    all.append(others.constData(), others.size());
+    std::sort(all.begin(), all.end(), std::less<>());
+    const auto end = std::unique(all.begin(), all.end());
+    m_mols.reserve(end - all.begin());
+    for (auto at = all.begin(); at != end; ++at) {
+        m_mols.append(Mol());
+        m_mols.last().mol = *at;
+    }
+    for (const SdcMol *mol : molSet) {
+        if (mol)
+            ++m_mols[find(mol)].count;
+    }
+}
+
+void SdcCpxGraph::addTexts(Mol &mol, const BondEnds &ends, bool withStatuses)
+{
+    struct Entry
+    {
+        QString id;
+        SdcBst *site;
+    };
+    const QList<SdcBst *> sites = mol.mol->getListSdcBst();
+    QVarLengthArray<Entry, 16> sorted;
+    for (SdcBst *site : sites)
+        sorted.append({site->getPsiimId(), site});
+    const auto isLess = [](const Entry &a, const Entry &b) { return a.id < b.id; };
+    if (!std::is_sorted(sorted.cbegin(), sorted.cend(), isLess))
+        std::stable_sort(sorted.begin(), sorted.end(), isLess);
+
+    mol.head.begin = m_units.size();
+    append(u"[");
+    append(mol.mol->getPsiimId());
+    append(HeadEnd);
+    mol.head.size = m_units.size() - mol.head.begin;
+    mol.firstSite = static_cast<int>(m_sites.size());
+    mol.siteCount = static_cast<int>(sorted.size());
+    for (const Entry &entry : std::as_const(sorted))
+        addSite(mol, entry.site, entry.id, ends, withStatuses);
+}
+
+void SdcCpxGraph::addSite(
+    Mol &mol, SdcBst *site, QStringView id, const BondEnds &ends, bool withStatuses)
+{
+    Site entry;
+    entry.text.begin = m_units.size();
+    append(id);
+    if (withStatuses)
+        appendStatus(site);
+    append(u"--");
+    const auto end = std::lower_bound(
+        ends.cbegin(), ends.cend(), site, [](const BondEnd &bondEnd, const SdcBst *wanted) {
+            return std::less<>()(bondEnd.site, wanted);
+        });
+    if (end == ends.cend() || end->site != site) {
+        append(u"0");
+    } else if (end->partner) { // a bond that has lost its other site leads nowhere
+        append(end->partner->getPsiimId());
+        if (withStatuses)
+            appendStatus(end->partner);
+        if (const SdcMol *partnerMol = end->partner->getParentSdcMol())
+            entry.partner = find(partnerMol);
+    }
+    if (end != ends.cend() && end->site == site && end + 1 != ends.cend()
+        && (end + 1)->site == site) {
+        mol.doublyBound = true;
+        m_hasDoublyBound = true;
+    }
+    entry.text.size = m_units.size() - entry.text.begin;
+    m_sites.append(entry);
+}
+
+void SdcCpxGraph::findShape(int number)
+{
+    Mol &mol = m_mols[number];
+    for (int i = 0; i < number; ++i) {
+        // Only the first of each shape is compared.
+        if (m_mols[i].shape == i && haveSameTexts(m_mols[i], mol)) {
+            mol.shape = i;
+            return;
+        }
+    }
+    mol.shape = number;
+}
+
+bool SdcCpxGraph::haveSameTexts(const Mol &a, const Mol &b) const
+{
+    if (a.siteCount != b.siteCount || a.head.size != b.head.size
+        || text(ownTexts(a)) != text(ownTexts(b)))
+        return false;
+    for (int i = 0; i < a.siteCount; ++i) {
+        if (m_sites[a.firstSite + i].text.size != m_sites[b.firstSite + i].text.size)
+            return false;
+    }
+    return true;
+}
+
+// Head and sites lie one after the other.
+SdcCpxGraph::Piece SdcCpxGraph::ownTexts(const Mol &mol) const
+{
+    if (mol.siteCount == 0)
+        return mol.head;
+    const Piece &last = m_sites[mol.firstSite + mol.siteCount - 1].text;
+    return {mol.head.begin, last.begin + last.size - mol.head.begin};
+}
+
+void SdcCpxGraph::appendStatus(SdcBst *site)
+{
+    append(u"(");
+    append(SdcBst::bindingStatusName(site->getBindingStatus()));
+    append(u")");
+}

@@ -1,0 +1,447 @@
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
+
+#include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
+#include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcXml.h"
+
+#include <QDebug>
+#include <QHash>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdlib>
+
+namespace {
+
+constexpr QLatin1String OffSuffix("(-)");
+constexpr QLatin1String DontCareSuffix("(0)");
+
+/// Writes the texts. Signatures are compared by the hundred while a complex is ranked: all goes
+/// into one reserved text, and the tree is walked in place.
+class Writer
+{
+public:
+    enum Content { BindingsOnly, StatesAndBindings };
+
+    Writer(qsizetype molCount, Content content, bool withMolPsiimId)
+        : m_content(content), m_withMolPsiimId(withMolPsiimId)
+    {
+        m_text.reserve(16 + molCount * ExpectedMolLength);
+    }
+
+    void writeMols(const QList<SdcMol *> &mols)
+    {
+        for (qsizetype i = 0; i < mols.size(); ++i) {
+            if (SdcMol *mol = mols.at(i))
+                writeMol(mol, i + 1);
+        }
+    }
+
+    void append(QLatin1String text) { m_text += text; }
+    QString text() const { return m_text; }
+
+private:
+    static constexpr qsizetype ExpectedMolLength = 384;
+
+    void appendNumber(qsizetype number)
+    {
+        std::array<char, 20> digits;
+        const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+        m_text += QLatin1String(digits.data(), static_cast<qsizetype>(end - digits.data()));
+    }
+
+    void appendPos(qsizetype pos)
+    {
+        append(QLatin1String(" pos=\""));
+        appendNumber(pos);
+        m_text += u'"';
+    }
+
+    void appendId(Sdc *sdc)
+    {
+        append(QLatin1String(" id=\""));
+        m_text += sdc->getPsiimId();
+        m_text += u'"';
+    }
+
+    void writeMol(SdcMol *mol, qsizetype pos)
+    {
+        append(QLatin1String("<mol"));
+        if (m_withMolPsiimId)
+            appendId(mol);
+        appendPos(pos);
+        m_text += u'>';
+        qsizetype count = 0;
+        writeMcps(mol, &count);
+        append(QLatin1String("</mol>"));
+    }
+
+    void writeMcps(Sdc *sdc, qsizetype *count)
+    {
+        if (SdcMcp *mcp = sdc->toSdcMcp())
+            writeMcp(mcp, ++*count);
+        const QList<Sdc *> children = sdc->getListSdcChildren();
+        for (Sdc *child : children) {
+            if (child && !child->isSdcBst())
+                writeMcps(child, count);
+        }
+    }
+
+    void writeMcp(SdcMcp *mcp, qsizetype pos)
+    {
+        append(QLatin1String("<mcp"));
+        appendPos(pos);
+        if (m_content == StatesAndBindings)
+            writeStates(mcp);
+        m_text += u'>';
+        qsizetype count = 0;
+        writeSites(mcp, &count);
+        append(QLatin1String("</mcp>"));
+    }
+
+    void writeStates(SdcMcp *mcp)
+    {
+        const QList<ZelRectItemMcpSticky *> stickies = mcp->getListSticky();
+        qsizetype end = 0; // behind the last state that is set
+        for (qsizetype i = 0; i < stickies.size(); ++i) {
+            if (!stickies.at(i)) {
+                // A component that has lost a feature would be stored as another one.
+                qDebug() << "Error found at QString SdcCpx::getMcpStateCodeSignature(const "
+                            "QList<SdcMol *> & listSdcMol, bool withMolPsiimId)";
+                std::exit(1);
+            }
+            const int state = stickies.at(i)->getStateType();
+            if (state == ComponentStateOff || state == ComponentStateOn)
+                end = i + 1;
+        }
+        if (mcp->getProperty(SdcProperty::Negation) == u'1')
+            append(QLatin1String(" not=\"1\""));
+        append(QLatin1String(" states=\""));
+        for (qsizetype i = 0; i < end; ++i) {
+            if (i > 0)
+                m_text += u';';
+            appendNumber(i);
+            const int state = stickies.at(i)->getStateType();
+            if (state == ComponentStateOff)
+                append(OffSuffix);
+            else if (state != ComponentStateOn)
+                append(DontCareSuffix);
+        }
+        m_text += u'"';
+    }
+
+    void writeSites(Sdc *sdc, qsizetype *count)
+    {
+        if (SdcBst *bst = sdc->toSdcBst())
+            writeSite(bst, ++*count);
+        const QList<Sdc *> children = sdc->getListSdcChildren();
+        for (Sdc *child : children) {
+            if (child)
+                writeSites(child, count);
+        }
+    }
+
+    void writeSite(SdcBst *bst, qsizetype pos)
+    {
+        append(QLatin1String("<bst"));
+        appendId(bst);
+        appendPos(pos);
+        const BindingStatusType status = bst->getBindingStatus();
+        if (status == BindingStatusBound)
+            append(QLatin1String(" bindingStatus=\"Bound\""));
+        else if (status == BindingStatusUnbound)
+            append(QLatin1String(" bindingStatus=\"Unbound\""));
+        append(QLatin1String(" />"));
+    }
+
+    QString m_text;
+    Content m_content;
+    bool m_withMolPsiimId;
+};
+
+/// Reads a state code, then sets what it says: nothing when it is not well-formed.
+///
+/// A code may name a part any number of times: the last time counts, so that each part is set once
+/// however long the code is.
+class Loader
+{
+public:
+    Loader(SdcCpx *cpx, const QString &code, SdcCpxStateCode::MolPositions positions)
+        : m_cpx(cpx), m_code(code), m_positions(positions)
+    {
+    }
+
+    void read(bool loadBindingStatus)
+    {
+        m_loadBindingStatus = loadBindingStatus;
+        if (const QString reason = SdcXml::refusal(m_code); !reason.isEmpty()) {
+            refuse(reason);
+            return;
+        }
+        QXmlStreamReader reader(m_code);
+        // As a document without namespaces, in which a colon is part of the name.
+        reader.setNamespaceProcessing(false);
+        if (SdcXml::readRoot(&reader)) {
+            while (SdcXml::readChild(&reader)) {
+                if (reader.qualifiedName() == u"mol" && !m_stopped)
+                    readMol(&reader);
+                else
+                    SdcXml::skipElement(&reader);
+            }
+        }
+        SdcXml::readToEnd(&reader);
+        if (reader.hasError()) {
+            refuse(QStringLiteral("%1 (line %2, column %3)")
+                       .arg(reader.errorString())
+                       .arg(reader.lineNumber())
+                       .arg(reader.columnNumber()));
+            return;
+        }
+        apply();
+    }
+
+private:
+    /// What the code says of one component.
+    struct McpEntry
+    {
+        SdcMcp *mcp;
+        QString states; ///< the last that are not empty
+        QString negation;
+    };
+
+    /// Where a component was expected and not found.
+    struct Missing
+    {
+        QString molPsiimId;
+        int molPos = 0;
+        int mcpPos = 0;
+    };
+
+    static void refuse(const QString &reason)
+    {
+        qDebug().noquote()
+            << "Error found at void SdcCpx::loadAliasMcpStateCode(const QString & stateCode)"
+            << QLatin1String("the state code cannot be read:") << reason;
+    }
+
+    // A position as written that counts from 1; anything else answers null.
+    static Sdc *childAtPosition(Sdc *parent, int pos)
+    {
+        return parent && pos > 0 ? parent->getChildSdcAtIndex(pos - 1) : nullptr;
+    }
+
+    SdcMol *molAt(int pos) const
+    {
+        Sdc *const child = m_positions == SdcCpxStateCode::MolPositions::AsWritten
+            ? m_cpx->getChildSdcAtIndex(pos)
+            : childAtPosition(m_cpx, pos);
+        return child ? child->toSdcMol() : nullptr;
+    }
+
+    void readMol(QXmlStreamReader *reader)
+    {
+        const int molPos = reader->attributes().value(QLatin1String("pos")).toInt();
+        SdcMol *const mol = molAt(molPos);
+        while (SdcXml::readChild(reader)) {
+            if (reader->qualifiedName() != u"mcp" || m_stopped) {
+                SdcXml::skipElement(reader);
+                continue;
+            }
+            const int mcpPos = reader->attributes().value(QLatin1String("pos")).toInt();
+            Sdc *const child = childAtPosition(mol, mcpPos);
+            if (SdcMcp *mcp = child ? child->toSdcMcp() : nullptr) {
+                readMcp(reader, mol, mcp);
+                continue;
+            }
+            m_stopped = true;
+            m_missing = {mol ? mol->getPsiimId() : QString(), molPos, mcpPos};
+            SdcXml::skipElement(reader);
+        }
+    }
+
+    void readMcp(QXmlStreamReader *reader, SdcMol *mol, SdcMcp *mcp)
+    {
+        const QXmlStreamAttributes attributes = reader->attributes();
+        auto at = m_entryOfMcp.constFind(mcp);
+        if (at == m_entryOfMcp.cend()) {
+            at = m_entryOfMcp.insert(mcp, m_entries.size());
+            m_entries.append({mcp, {}, {}});
+        }
+        McpEntry &entry = m_entries[*at];
+        if (const QStringView states = attributes.value(QLatin1String("states")); !states.isEmpty())
+            entry.states = states.toString();
+        entry.negation = attributes.value(QLatin1String("not")).toString();
+        while (SdcXml::readChild(reader)) {
+            if (reader->qualifiedName() == u"bst" && m_loadBindingStatus)
+                readSite(reader->attributes(), mol);
+            SdcXml::skipElement(reader);
+        }
+    }
+
+    void readSite(const QXmlStreamAttributes &attributes, SdcMol *mol)
+    {
+        const QString id = attributes.value(QLatin1String("id")).toString();
+        SdcBst *const bst = sitesOf(mol).value(id);
+        if (!bst) {
+            if (m_unknownSites++ == 0)
+                m_firstUnknownSite = id;
+            return;
+        }
+        const QStringView status = attributes.value(QLatin1String("bindingStatus"));
+        const auto at = m_statuses.constFind(bst);
+        if (at == m_statuses.cend())
+            m_sites.append(bst);
+        m_statuses.insert(bst,
+            status == u"Bound"         ? BindingStatusBound
+                : status == u"Unbound" ? BindingStatusUnbound
+                                       : BindingStatusUnspecified);
+    }
+
+    // The first site of each id, looked up once for each molecule.
+    const QHash<QString, SdcBst *> &sitesOf(SdcMol *mol)
+    {
+        const auto at = m_sitesOfMol.constFind(mol);
+        if (at != m_sitesOfMol.cend())
+            return *at;
+        QHash<QString, SdcBst *> sites;
+        const QList<SdcBst *> list = mol->getListSdcBst();
+        for (SdcBst *bst : list) {
+            const QString id = bst->getPsiimId();
+            if (!sites.contains(id))
+                sites.insert(id, bst);
+        }
+        return *m_sitesOfMol.insert(mol, sites);
+    }
+
+    void apply()
+    {
+        for (const McpEntry &entry : std::as_const(m_entries)) {
+            if (!entry.states.isEmpty())
+                setStates(entry.mcp, entry.states);
+            entry.mcp->setProperty(SdcProperty::Negation, entry.negation);
+            entry.mcp->updateMcpNot();
+        }
+        for (SdcBst *bst : std::as_const(m_sites))
+            bst->setBindingStatus(m_statuses.value(bst));
+        if (m_unknownSites > 0)
+            qDebug() << "Error found at void SdcCpx::loadAliasMcpStateCode(const QString & "
+                        "stateCode, bool loadBindingStatus): unknown binding sites"
+                     << m_unknownSites << "the first is" << m_firstUnknownSite;
+        if (m_stopped)
+            qDebug()
+                << "Error found at void SdcCpx::loadAliasMcpStateCode(const QString & stateCode)"
+                << m_cpx->getPsiimId() << m_cpx->getProperty(SdcProperty::CpaPsiimId)
+                << m_missing.molPsiimId << m_missing.molPos << m_missing.mcpPos;
+    }
+
+    const QStringList &namesOf(SdcMcp *mcp)
+    {
+        const QString id = mcp->getPsiimId();
+        const auto at = m_namesOfMcp.constFind(id);
+        if (at != m_namesOfMcp.cend())
+            return *at;
+        ZelDbSqliteModel *const db = m_cpx->getZelDbSqliteModel();
+        return *m_namesOfMcp.insert(id, db ? db->mcpGetOrderedStateNames(id) : QStringList());
+    }
+
+    // Parts belong to names by their place; the number in a part is not looked at.
+    void setStates(SdcMcp *mcp, const QString &states)
+    {
+        const QStringList &names = namesOf(mcp);
+        if (names.isEmpty())
+            return;
+        const QList<QStringView> parts = QStringView(states).split(u';', Qt::SkipEmptyParts);
+        QStringList texts;
+        for (qsizetype i = 0; i < std::min(names.size(), parts.size()); ++i) {
+            QString text = names.at(i);
+            if (stateOf(parts.at(i)) == ComponentStateOff)
+                text += OffSuffix;
+            else if (stateOf(parts.at(i)) == ComponentStateDontCare)
+                text += DontCareSuffix;
+            texts.append(text);
+        }
+        mcp->setProperty(SdcProperty::StateCode, texts.join(u';'));
+        const QList<ZelRectItemMcpSticky *> stickies = mcp->getListSticky();
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            const ComponentStateType state =
+                i < parts.size() ? stateOf(parts.at(i)) : ComponentStateDontCare;
+            if (ZelRectItemMcpSticky *sticky = stickies.value(i))
+                sticky->setStateType(state, false);
+            else
+                reportMissingSticky();
+        }
+    }
+
+    static ComponentStateType stateOf(QStringView part)
+    {
+        if (part.endsWith(OffSuffix))
+            return ComponentStateOff;
+        return part.endsWith(DontCareSuffix) ? ComponentStateDontCare : ComponentStateOn;
+    }
+
+    void reportMissingSticky() const
+    {
+        qDebug() << "Error found in void SdcCpx::loadAliasMcpStateCode(const QString & stateCode, "
+                    "bool loadBindingStatus): ";
+        // Every missing sticky repeats the code: no line may be as long as a file can make it.
+        qDebug().noquote() << "\tstatdeCode:" << (u'"' + m_code.left(MaxReportedLength) + u'"');
+        qDebug() << "\tloadBindingStatus: " << (m_loadBindingStatus ? "true" : "false");
+    }
+
+    static constexpr qsizetype MaxReportedLength = 65536;
+
+    SdcCpx *m_cpx;
+    const QString &m_code;
+    SdcCpxStateCode::MolPositions m_positions;
+    bool m_loadBindingStatus = false;
+
+    QList<McpEntry> m_entries;
+    QHash<SdcMcp *, qsizetype> m_entryOfMcp;
+    QList<SdcBst *> m_sites;
+    QHash<SdcBst *, BindingStatusType> m_statuses;
+    QHash<SdcMol *, QHash<QString, SdcBst *>> m_sitesOfMol;
+    QHash<QString, QStringList> m_namesOfMcp;
+    qsizetype m_unknownSites = 0;
+    QString m_firstUnknownSite;
+    bool m_stopped = false;
+    Missing m_missing;
+};
+
+} // namespace
+
+namespace SdcCpxStateCode {
+
+QString signature(const QList<SdcMol *> &mols, bool withMolPsiimId)
+{
+    Writer writer(mols.size(), Writer::StatesAndBindings, withMolPsiimId);
+    writer.writeMols(mols);
+    return writer.text();
+}
+
+QString bindingCode(const QList<SdcMol *> &mols)
+{
+    Writer writer(mols.size(), Writer::BindingsOnly, true);
+    writer.append(QLatin1String("<cpx>"));
+    writer.writeMols(mols);
+    writer.append(QLatin1String("</cpx>"));
+    return writer.text();
+}
+
+void apply(SdcCpx *cpx, const QString &stateCode, bool loadBindingStatus, MolPositions positions)
+{
+    if (!cpx)
+        return;
+    cpx->setAllMcpStateType(ComponentStateDontCare, false);
+    cpx->setAllBstStatus(BindingStatusUnspecified);
+    if (!stateCode.isEmpty())
+        Loader(cpx, stateCode, positions).read(loadBindingStatus);
+}
+
+} // namespace SdcCpxStateCode

@@ -1,0 +1,310 @@
+// How a complex is written to the database and built from its records and its layout.
+
+#include "zelDb/ZelDb.h"
+#include "zelDb/ZelDbSqlite.h"
+#include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <QDebug>
+#include <QMessageBox>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr double DefaultMolGap = 20.0; // between molecules that the layout does not mention
+
+QString cpxWord()
+{
+    return QStringLiteral("cpx");
+}
+
+bool saveMols(SdcCpx *cpx, ZelDbSqliteModel *db)
+{
+    const QList<Sdc *> mols = cpx->getListSdcChildren();
+    for (qsizetype i = 0; i < mols.size(); ++i) {
+        if (!mols.at(i)
+            || !db->cpxInsertMol(cpx->getPsiimId(), mols.at(i)->getPsiimId(), QString::number(i)))
+            return false;
+    }
+    return true;
+}
+
+bool saveBonds(SdcCpx *cpx, ZelDbSqliteModel *db)
+{
+    const auto molPosOf = [](SdcBst *site) {
+        SdcMol *const mol = site->getParentSdcMol();
+        return QString::number(mol ? mol->getPosIndex() : -1);
+    };
+    bool good = true;
+    const QList<SdcBstBstCpx *> bonds = cpx->getListSdcBstBstCpx();
+    for (SdcBstBstCpx *bond : bonds) {
+        const QList<SdcBst *> sites = bond->getListSdcBst();
+        if (sites.size() != 2) {
+            qDebug() << "Warning at void CpxEdit::saveCpx() " << sites.size();
+            return false;
+        }
+        good = db->cpxInsertBstBst(cpx->getPsiimId(), molPosOf(sites.at(0)),
+                   sites.at(0)->getPsiimId(), molPosOf(sites.at(1)), sites.at(1)->getPsiimId(),
+                   bond->getProperty(SdcProperty::Notes))
+            && good;
+    }
+    return good;
+}
+
+bool saveRecord(SdcCpx *cpx, ZelDbSqliteModel *db, const QString &fingerPrint)
+{
+    return db->cpxInsert(cpx->getPsiimId(), cpx->getProperty(SdcProperty::ShortName),
+        cpx->getProperty(SdcProperty::Name), cpx->getProperty(SdcProperty::CpxText),
+        cpx->getProperty(SdcProperty::Notes), fingerPrint, cpx->getGraphicsInfo(),
+        cpx->getMolCode(), QStringLiteral("0"));
+}
+
+/// Whether another complex is stored as the species of that fingerprint; reported.
+bool isStoredUnderOtherId(const SdcCpx *cpx, ZelDbSqliteModel *db, const QString &fingerPrint)
+{
+    if (!db->cpxIsFingerPrintExisted(fingerPrint)
+        || db->cpxGetPsiimIdFromFingerPrint(fingerPrint) == cpx->getPsiimId())
+        return false;
+    qDebug() << "zelModelSupport/zelModelSupportDataComponent/SdcCpx" << 978 << "Error found ";
+    return true;
+}
+
+} // namespace
+
+QString SdcCpx::getDefaultComplexName(const QStringList &molShortNames)
+{
+    return molShortNames.join(u'.');
+}
+
+QString SdcCpx::getDefaultSpeciesName()
+{
+    QStringList names;
+    const QList<SdcMol *> mols = getRankedListMol(false, false);
+    for (const SdcMol *mol : mols)
+        names.append(mol->getProperty(SdcProperty::ShortName));
+    const QString base = getDefaultComplexName(names);
+    QString name = base;
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    for (int i = 1; db && !ZelDbSqlite::isUniqueShortName(cpxWord(), name, getPsiimId(), db); ++i)
+        name = base + u'_' + QString::number(i);
+    return name;
+}
+
+bool SdcCpx::saveToDbCpx()
+{
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    if (!db || !db->database()) {
+        qDebug() << "Error found at bool SdcCpx::saveToDb(): no database";
+        return false;
+    }
+    if (!areAllConnected()) {
+        qDebug() << "Warning at bool SdcCpx::saveToDb(), Complex component are not all connected. "
+                    "Can't save.";
+        return false;
+    }
+    reRankMols(false, false);
+    if (getPsiimId().isEmpty())
+        setProperty(SdcProperty::PsiimId, ZelDb::getNewSdcPsiimId(ZelDb::Cpx, db));
+    const QString shortName = getProperty(SdcProperty::ShortName);
+    if (shortName.isEmpty()) {
+        const QList<SdcMol *> mols = getChildMolList();
+        const QString molName =
+            mols.size() == 1 ? mols.first()->getProperty(SdcProperty::ShortName) : QString();
+        const bool takesMolName = !molName.isEmpty() && molName != mols.first()->getPsiimId();
+        setProperty(SdcProperty::ShortName, takesMolName ? molName : getDefaultSpeciesName());
+    } else if (!ZelDbSqlite::isUniqueShortName(cpxWord(), shortName, getPsiimId(), db)) {
+        QMessageBox(QMessageBox::Information, QString(),
+            QLatin1String("Complex species short name '") + shortName
+                + QLatin1String("' is already used, please rename and try to save again."))
+            .exec();
+        return false;
+    }
+    if (getProperty(SdcProperty::Name).isEmpty())
+        setProperty(SdcProperty::Name, getProperty(SdcProperty::ShortName));
+    const QString fingerPrint = getCpxFingerPrint();
+    if (isStoredUnderOtherId(this, db, fingerPrint))
+        return false;
+    if (const QString stored = db->cpxGetFingerPrint(getPsiimId()); !stored.isEmpty()
+        && stored != fingerPrint && !db->cpaGetListPsiimIdBasedOnCpx(getPsiimId()).isEmpty()) {
+        qDebug() << "Error found at bool SdcCpx::saveToDb(): aliases need" << getPsiimId()
+                 << "as it was; adoptStoredSpecies() makes this a species of its own";
+        return false;
+    }
+    const bool good = saveRecord(this, db, fingerPrint) && saveMols(this, db);
+    if (hasProperty(SdcProperty::References))
+        db->refInsert(cpxWord(), getPsiimId(), getProperty(SdcProperty::References));
+    // The bonds are written whatever became of the rest, and do not count in the answer: a host's
+    // transaction remembers every failed statement.
+    saveBonds(this, db);
+    return good;
+}
+
+bool SdcCpx::adoptStoredSpecies()
+{
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    const QString fingerPrint = getCpxFingerPrint();
+    const QString id = db ? db->cpxGetPsiimIdFromFingerPrint(fingerPrint) : QString();
+    const bool wasOther = db && !getPsiimId().isEmpty() && getPsiimId() != id
+        && !db->cpxGetFingerPrint(getPsiimId()).isEmpty();
+    if (!id.isEmpty() && getPsiimId() != id) {
+        const ZelDbRecord record = db->cpxGetHashInfo(id);
+        setProperty(SdcProperty::PsiimId, id);
+        setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
+        setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
+    } else if (wasOther) {
+        setProperty(SdcProperty::PsiimId, QString());
+        setProperty(SdcProperty::ShortName, QString());
+        setProperty(SdcProperty::Name, QString());
+    }
+    if (wasOther) {
+        setProperty(SdcProperty::CpaPsiimId, QString());
+        setProperty(SdcProperty::CpaShortName, QString());
+    }
+    return !id.isEmpty();
+}
+
+bool SdcCpx::updateToDbWithNewBst()
+{
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    if (!areAllConnected()) {
+        qDebug() << "Warning at bool SdcCpx::updateToDbWithNewBst() , Complex component are not "
+                    "all connected. Can't update.";
+        return false;
+    }
+    if (!db || db->cpxGetHashInfo(getPsiimId()).isEmpty()) {
+        qDebug() << "Error (1) found at bool SdcCpx::updateToDbWithNewBst()";
+        return false;
+    }
+    ZelDbTransaction transaction(db->database());
+    // Its aliases name molecules by position, and a new bond may change these.
+    std::vector<std::pair<QString, std::unique_ptr<SdcCpx>>> aliases;
+    const QStringList aliasIds = db->cpaGetListPsiimIdBasedOnCpx(getPsiimId());
+    for (const QString &id : aliasIds) {
+        aliases.emplace_back(id, std::make_unique<SdcCpx>(db));
+        aliases.back().second->loadCpaFromDb(id);
+    }
+    const QStringList storedMols = db->cpxGetListMolPsiimId(getPsiimId());
+    QStringList mols;
+    for (const SdcMol *mol : getChildMolList())
+        mols.append(mol->getPsiimId());
+
+    reRankMols(false, false);
+    const QString fingerPrint = getCpxFingerPrint();
+    if (isStoredUnderOtherId(this, db, fingerPrint))
+        return false;
+    bool good = aliases.empty() || mols == storedMols;
+    good = good && saveRecord(this, db, fingerPrint) && saveMols(this, db) && saveBonds(this, db);
+    for (const auto &[id, old] : aliases)
+        good = good && updateAlias(id, old.get());
+    if (!transaction.commit() || !good) {
+        qDebug() << "Error (2) found at bool SdcCpx::updateToDbWithNewBst()";
+        return false;
+    }
+    return true;
+}
+
+bool SdcCpx::updateAlias(const QString &cpaPsiimId, SdcCpx *old)
+{
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    SdcCpx renewed(db);
+    if (!renewed.loadCpxFromDb(getPsiimId()))
+        return false;
+    const QList<SdcMol *> mols = renewed.getChildMolList();
+    const QList<SdcMol *> oldMols = old->getChildMolList();
+    const QList<int> oldPositions = getListMolPosMap();
+    for (qsizetype i = 0; i < mols.size(); ++i) {
+        SdcMol *const oldMol = oldMols.value(oldPositions.value(i, -1));
+        if (!oldMol)
+            return false;
+        mols.at(i)->synchronizeMcpTagStates(oldMol, false);
+        const QList<SdcBst *> sites = mols.at(i)->getListSdcBst();
+        const QList<SdcBst *> oldSites = oldMol->getListSdcBst();
+        for (qsizetype k = 0; k < sites.size() && k < oldSites.size(); ++k) {
+            // What a bond of the complex held before and none holds now is free.
+            const bool isReleased = oldSites.at(k)->isInCpxBinding();
+            sites.at(k)->setBindingStatus(
+                isReleased ? BindingStatusUnbound : oldSites.at(k)->getStoredBindingStatus());
+        }
+    }
+    renewed.reRankMols(true, true);
+    return db->cpaUpdateMcpStateCode(cpaPsiimId, renewed.getAliasMcpStateCode());
+}
+
+bool SdcCpx::loadDom(const QString &psiimId, const QDomElement &domEltCpx, ZelScene *scene,
+    const QPointF &refPos, bool limited)
+{
+    return loadLayout(psiimId, SdcLayout::fromElement(domEltCpx), scene, refPos, limited);
+}
+
+bool SdcCpx::loadCpx(const QString &psiimId, const QString &graphicsInfo, ZelScene *scene,
+    const QPointF &refPos, bool limited)
+{
+    QString error;
+    const SdcLayout layout = graphicsInfo.isEmpty()
+        ? SdcLayout()
+        : SdcLayout::fromXml(graphicsInfo, SdcType::Cpx, &error);
+    if (!error.isEmpty())
+        qDebug() << "Error found at bool SdcCpx::loadCpx(): the layout of" << psiimId
+                 << "is not readable, parts get default places:" << error;
+    if (!loadLayout(psiimId, layout, scene, refPos, limited))
+        return false;
+    updateBstBstCpx(scene, true);
+    return true;
+}
+
+bool SdcCpx::loadCpxFromDb(
+    const QString &psiimId, ZelScene *scene, const QPointF &refPos, bool limited)
+{
+    const QString graphicsInfo =
+        ZelDbSqlite::getGraphicsInfo(cpxWord(), psiimId, getZelDbSqliteModel());
+    return loadCpx(psiimId, graphicsInfo, scene, refPos, limited);
+}
+
+bool SdcCpx::loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
+    const QPointF &refPos, bool limited)
+{
+    const auto report = [](const QString &id, const QString &what) {
+        qDebug() << "Error found at bool SdcCpx::loadDom():" << id << what;
+    };
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    const ZelDbRecord record = db ? db->cpxGetHashInfo(psiimId) : ZelDbRecord();
+    if (record.isEmpty()) {
+        report(psiimId, db ? QStringLiteral("no such complex") : QStringLiteral("no database"));
+        return false;
+    }
+    if (!layout.isNull() && layout.psiimId != psiimId)
+        report(psiimId, QLatin1String("has the layout of ") + layout.psiimId);
+    setProperty(SdcProperty::PsiimId, psiimId);
+    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
+    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
+    setProperty(SdcProperty::CpxText, record.value(ZelDbColumn::CpxText));
+    setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
+    setProperty(SdcProperty::References, db->refGetReferences(cpxWord(), psiimId));
+
+    const QPointF origin = refPos + layout.topLeft;
+    const SdcLayoutChildren layouts(layout, SdcType::Mol);
+    QRectF occupied;
+    const QStringList molIds = db->cpxGetListMolPsiimId(psiimId);
+    for (qsizetype i = 0; i < molIds.size(); ++i) {
+        const SdcLayout &molLayout = layouts.find(molIds.at(i), static_cast<int>(i));
+        QPointF place = origin;
+        if (molLayout.isNull()) {
+            report(molIds.at(i), QStringLiteral("has no place in the layout"));
+            if (!occupied.isNull())
+                place = occupied.topRight() + QPointF(DefaultMolGap, 0.0);
+        }
+        auto *const mol = new SdcMol(db);
+        if (!mol->loadLayout(molIds.at(i), molLayout, scene, place, limited))
+            mol->setProperty(SdcProperty::PsiimId, molIds.at(i)); // it keeps its position
+        addSdcChild(mol, true);
+        occupied |= mol->getSdcSceneRectF();
+    }
+    return true;
+}
