@@ -174,6 +174,10 @@ public:
     // Dissociations
     QStringList cadGetListPsiimId() const;
     ZelDbRecord cadGetHashInfo(const QString &cadPsiimId) const;
+    /// The dissociation of one alias into two others, in either order; of several, one of that
+    /// binding type first.
+    QString cadGetPsiimId(const QString &sourceCpaPsiimId, const QString &cpaPsiimId1,
+        const QString &cpaPsiimId2, const QString &bindingType) const;
     bool cadInsert(const ZelDbRecord &record);
     bool cadRemove(const QString &cadPsiimId);
 

@@ -35,6 +35,17 @@ ZelDbRecord ZelDbSqliteModel::cadGetHashInfo(const QString &cadPsiimId) const
     return read(this, ZelDb::Cad, cadPsiimId);
 }
 
+QString ZelDbSqliteModel::cadGetPsiimId(const QString &sourceCpaPsiimId, const QString &cpaPsiimId1,
+    const QString &cpaPsiimId2, const QString &bindingType) const
+{
+    using ZelDbRecords::reference;
+    return value(this,
+        "SELECT psiimId FROM cad WHERE sourceCpa = ? AND ((resultCpa1 IS ? AND resultCpa2 IS ?)"
+        " OR (resultCpa1 IS ? AND resultCpa2 IS ?)) ORDER BY bindingType <> ?, rowNumber LIMIT 1",
+        {sourceCpaPsiimId, reference(cpaPsiimId1), reference(cpaPsiimId2), reference(cpaPsiimId2),
+            reference(cpaPsiimId1), ZelDbRecords::notNull(bindingType)});
+}
+
 bool ZelDbSqliteModel::cadInsert(const ZelDbRecord &record)
 {
     return insert(this, ZelDb::Cad, record);

@@ -114,7 +114,8 @@ enum Key : int {
     BindingType = 23,
     Location = 25,
     Geometry = 26,
-    GeometryText = 27
+    GeometryText = 27,
+    Rate = 29 ///< of a transformation
 };
 }
 
@@ -124,3 +125,10 @@ inline constexpr char MembraneAssociated[] = "Membrane Associated";
 inline constexpr char FreelyDiffusing[] = "Freely Diffusing";
 inline constexpr char InsideMembrane[] = "Inside-membrane";
 } // namespace ZelLocation
+
+/// The values of property Geometry: where two complexes find each other.
+namespace ZelGeometry {
+inline constexpr char Plane[] = "2D"; ///< within the membrane
+inline constexpr char Space[] = "3D";
+inline constexpr char IntraComplex[] = "Intra Complex"; ///< both sites lie in one complex
+} // namespace ZelGeometry

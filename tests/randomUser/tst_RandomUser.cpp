@@ -1,3 +1,4 @@
+#include "EditingUser.h"
 #include "RandomUser.h"
 #include "support/ZelTest.h"
 
@@ -41,10 +42,41 @@ private slots:
     {
         QFETCH(SceneHost::Kind, kind);
         QFETCH(int, seed);
+        play<RandomUser>(kind, seed);
+    }
+
+    void editingStaysConsistent_data()
+    {
+        QTest::addColumn<EditingUser::Kind>("kind");
+        QTest::addColumn<int>("seed");
+        const int seed = environmentInt("ZEL_RANDOM_SEED", 0);
+        const int seeds = seed > 0 ? 1 : 2;
+        for (int i = 0; i < seeds; ++i) {
+            const int s = seed > 0 ? seed : i + 1;
+            QTest::addRow("a complex, seed %d", s) << EditingUser::Complex << s;
+            QTest::addRow("a passing complex, seed %d", s) << EditingUser::TemporaryComplex << s;
+            QTest::addRow("a molecule interaction, seed %d", s)
+                << EditingUser::MoleculeInteraction << s;
+            QTest::addRow("a complex interaction, seed %d", s)
+                << EditingUser::ComplexInteraction << s;
+        }
+    }
+
+    void editingStaysConsistent()
+    {
+        QFETCH(EditingUser::Kind, kind);
+        QFETCH(int, seed);
+        play<EditingUser>(kind, seed);
+    }
+
+private:
+    template <typename User, typename Kind>
+    void play(Kind kind, int seed)
+    {
         const int steps = environmentInt("ZEL_RANDOM_STEPS", 1000);
         auto sessionSeed = static_cast<quint32>(seed);
         for (int done = 0; done < steps; done += SessionLength, sessionSeed += NextSession) {
-            RandomUser user(kind, sessionSeed);
+            User user(kind, sessionSeed);
             const bool good = user.play(std::min(SessionLength, steps - done)) && user.finish();
             QVERIFY2(good,
                 qPrintable(user.failure()

@@ -35,6 +35,18 @@ inline constexpr double BondTrimStep = 1.0;
 inline constexpr double BondCpxHighlightWidth = 2.0;
 inline constexpr Qt::GlobalColor BondCpxColor = Qt::blue;
 
+inline constexpr double BondDrawingPenWidth = 1.5;
+inline constexpr double BondDrawingRing = 2.5; ///< around the ends of a bond that is being drawn
+inline constexpr double BondDrawingReach = 8.0; ///< from a site's rim, at which the mouse finds it
+inline constexpr double BondClickReach = 4.0; ///< from a bond's line, at which a click finds it
+inline constexpr double PlacingGap = 6.0; ///< around what a scene finds a place for
+inline constexpr double PlacingStep = 20.0;
+
+inline constexpr double ResultMargin = 12.0; ///< between the result of an interaction and its frame
+inline constexpr double ResultGap = 40.0; ///< between that frame and the complexes
+inline constexpr double ResultPenWidth = 1.0;
+inline constexpr double ResultTitlePointSize = 9.0;
+
 inline constexpr double NotIndicatorPenWidth = 1.4;
 inline constexpr double NotIndicatorOpacity = 0.7;
 inline constexpr double NotIndicatorOverhang = 2.0;
@@ -69,6 +81,24 @@ inline constexpr double NameVeilRadius = 5.0;
 inline constexpr int RectTextPointSize = 20;
 inline constexpr double RectTextShare = 0.9; ///< of the rectangle, that its text takes at most
 inline constexpr double RectTextRim = 2.5; ///< the light rim around the letters
+
+/// A bond that is being drawn.
+inline QColor bondDrawingColor()
+{
+    return {30, 90, 220};
+}
+
+/// A bond that is being drawn to a site where it may not be made.
+inline QColor bondRefusedColor()
+{
+    return {200, 40, 40};
+}
+
+/// Behind the result of an interaction.
+inline QColor resultGround()
+{
+    return {245, 245, 245};
+}
 
 /// What lies between a name and the drawing below it.
 inline QColor nameVeil()

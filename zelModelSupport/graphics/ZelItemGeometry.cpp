@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace zel::geometry {
 
@@ -191,6 +192,45 @@ QRectF centredSquare(const QPointF &centre, double diameter)
 {
     const double size = std::max(diameter, 0.0);
     return {centre.x() - size / 2.0, centre.y() - size / 2.0, size, size};
+}
+
+double distanceToLine(const QPointF &point, const QLineF &line)
+{
+    const QPointF way = line.p2() - line.p1();
+    const QPointF toPoint = point - line.p1();
+    const double square = QPointF::dotProduct(way, way);
+    const double share =
+        square > 0.0 ? std::clamp(QPointF::dotProduct(toPoint, way) / square, 0.0, 1.0) : 0.0;
+    const QPointF rest = toPoint - way * share;
+    return std::hypot(rest.x(), rest.y());
+}
+
+QRectF freePlace(const QRectF &wanted, const QList<QRectF> &taken, double gap, double step)
+{
+    constexpr int Rings = 60;
+    constexpr int PlacesPerRing = 8; // of the first ring; farther ones have as many more
+    const auto isFree = [&](const QRectF &rect) {
+        const QRectF around = rect.adjusted(-gap, -gap, gap, gap);
+        return std::none_of(taken.cbegin(), taken.cend(),
+            [&around](const QRectF &other) { return around.intersects(other); });
+    };
+    if (isFree(wanted))
+        return wanted;
+    for (int ring = 1; ring <= Rings; ++ring) {
+        const int places = PlacesPerRing * ring;
+        for (int i = 0; i < places; ++i) {
+            const double angle = 2.0 * std::numbers::pi * i / places;
+            const QPointF by(std::cos(angle) * step * ring, -std::sin(angle) * step * ring);
+            if (isFree(wanted.translated(by)))
+                return wanted.translated(by);
+        }
+    }
+    QRectF all;
+    for (const QRectF &rect : taken)
+        all |= rect;
+    QRectF beside = wanted;
+    beside.moveLeft(all.right() + gap);
+    return beside;
 }
 
 } // namespace zel::geometry

@@ -62,4 +62,12 @@ ZELMODELSUPPORT_EXPORT std::array<QLineF, 2> negationStrokes(
 /// A circle's square of a diameter about a centre; a negative diameter counts as 0.
 ZELMODELSUPPORT_EXPORT QRectF centredSquare(const QPointF &centre, double diameter);
 
+/// The least distance of a point from a line between its ends.
+ZELMODELSUPPORT_EXPORT double distanceToLine(const QPointF &point, const QLineF &line);
+
+/// The place of a rectangle's size nearest to the wanted one, in steps on rings about it, that
+/// keeps a gap to all that are taken; right of them when there is none near.
+ZELMODELSUPPORT_EXPORT QRectF freePlace(
+    const QRectF &wanted, const QList<QRectF> &taken, double gap, double step);
+
 } // namespace zel::geometry

@@ -317,12 +317,17 @@ void ZelScene::resetPressState()
     endDragChange();
 }
 
+ZelGItem *ZelScene::getZelGItemToPress(const QPointF &scenePos) const
+{
+    return getZelGItemFromScenePos(scenePos);
+}
+
 void ZelScene::recordPress(const QPointF &scenePos)
 {
     resetPressState(); // the release of the press before may have gone to another window
     m_pressed = true;
     m_dragging = true;
-    ZelGItem *const item = getZelGItemFromScenePos(scenePos);
+    ZelGItem *const item = getZelGItemToPress(scenePos);
     m_pressedItem = item;
     m_pressedSticky = getZelRectItemMcpStickyFromScenePos(scenePos);
     if (ZelEllipseItem *ellipse = item ? item->asEllipseItem() : nullptr) {

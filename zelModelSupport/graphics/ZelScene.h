@@ -14,6 +14,7 @@
 
 class QAction;
 class QGraphicsEllipseItem;
+class QMenu;
 class Sdc;
 class SdcBst;
 class SdcBstBst;
@@ -249,9 +250,14 @@ protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
     void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override;
 
+    /// What a press at a scene position takes hold of: the first item there.
+    virtual ZelGItem *getZelGItemToPress(const QPointF &scenePos) const;
     ZelGItem *getPressedItem() const;
     /// The ellipse item that the last collision test found in the way.
     ZelEllipseItem *getLastCollidingItem() const;
+    /// What the menus of components and sites offer beside their own entries; not owned, and only
+    /// for as long as the actions live.
+    void setFurtherMenuActions(const QList<QAction *> &actions);
     /// Not 0: a release over a sticky reports the sticky.
     void setFurtherDisplayFlag(int flag) { m_furtherDisplayFlag = flag; }
     /// Gives the press up, and closes a change that a drag has opened.
@@ -299,6 +305,7 @@ private:
     void execStickyMenu(ZelRectItemMcpSticky *sticky, const QPoint &screenPos);
     void execMcpMenu(ZelEllipseItemMcp *item, const QPoint &screenPos);
     void execBstMenu(ZelEllipseItemBst *item, const QPoint &screenPos);
+    void addFurtherActions(QMenu *menu) const;
 
     QPointer<ZelGItem> m_pressedItem;
     QPointer<ZelRectItemMcpSticky> m_pressedSticky;
@@ -330,4 +337,5 @@ private:
     bool m_dragChangeOpen = false; // the drag has announced a change that is not complete
     int m_changeDepth = 0;
     QAction *m_showRelatedMliAction = nullptr;
+    QList<QPointer<QAction>> m_furtherMenuActions;
 };

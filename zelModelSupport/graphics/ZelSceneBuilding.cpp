@@ -222,8 +222,17 @@ void ZelScene::removeSdcBstBst(SdcBstBst *sdcBstBst)
         return;
     resetPressState();
     const Change change(this);
+    QList<QPointer<SdcBst>> sites; // whose status the bond hides
+    if (sdcBstBst->isSdcBstBstCpx()) {
+        for (SdcBst *bst : sdcBstBst->getListSdcBst())
+            sites.append(bst);
+    }
     delete sdcBstBst->getZelLineItemBstBst();
     delete sdcBstBst;
+    for (const QPointer<SdcBst> &bst : std::as_const(sites)) {
+        if (bst)
+            bst->updateDisplayBstBindingStatus();
+    }
 }
 
 void ZelScene::removeAllItems()

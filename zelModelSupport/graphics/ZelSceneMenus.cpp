@@ -144,6 +144,7 @@ void ZelScene::execMcpMenu(ZelEllipseItemMcp *item, const QPoint &screenPos)
         menu.addAction(QStringLiteral("Molecule Component: Not -- Negation of Tag States"));
     negation->setCheckable(true);
     negation->setChecked(mcp->getProperty(SdcProperty::Negation) == u'1');
+    addFurtherActions(&menu);
     menu.exec(screenPos);
     if (!self || !mcp)
         return;
@@ -170,6 +171,7 @@ void ZelScene::execBstMenu(ZelEllipseItemBst *item, const QPoint &screenPos)
         addChoice(&menu, &group, SdcBst::bindingStatusName(status), status, status == present)
             ->setEnabled(enabled);
     group.setEnabled(enabled);
+    addFurtherActions(&menu);
     menu.exec(screenPos);
     const QAction *const checked = group.checkedAction();
     if (!self || !bst || !checked)
@@ -177,4 +179,20 @@ void ZelScene::execBstMenu(ZelEllipseItemBst *item, const QPoint &screenPos)
     const auto status = static_cast<BindingStatusType>(checked->data().toInt());
     const Change change(status != bst->getBindingStatus() ? this : nullptr);
     emit signal_setBstBindingStatus(bst, status);
+}
+
+void ZelScene::setFurtherMenuActions(const QList<QAction *> &actions)
+{
+    m_furtherMenuActions = QList<QPointer<QAction>>(actions.cbegin(), actions.cend());
+}
+
+void ZelScene::addFurtherActions(QMenu *menu) const
+{
+    if (m_furtherMenuActions.isEmpty())
+        return;
+    menu->addSeparator();
+    for (const QPointer<QAction> &action : m_furtherMenuActions) {
+        if (action)
+            menu->addAction(action);
+    }
 }

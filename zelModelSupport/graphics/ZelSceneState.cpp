@@ -8,10 +8,14 @@
 #include "zelModelSupport/graphics/ZelSceneStateData.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstSet.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCxi.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <QGraphicsPolygonItem>
@@ -94,22 +98,23 @@ MoleculeState takeMolecule(SdcMol *mol)
     return state;
 }
 
-QList<BondState> takeBonds(const QList<SdcMol *> &molecules)
+QList<BondState> takeBonds(ZelScene *scene, const QList<SdcMol *> &molecules)
 {
     QList<BondState> states;
-    const QList<SdcBstBstCpx *> bonds = bondsOf(molecules);
+    const QList<SdcBstBst *> bonds = bondsOf(scene, molecules);
     if (bonds.isEmpty())
         return states;
     const QList<SdcBst *> sites = sitesOf(molecules);
-    for (SdcBstBstCpx *bond : bonds) {
+    for (SdcBstBst *bond : bonds) {
         const auto first = static_cast<int>(sites.indexOf(bond->getSdcBst1()));
         const auto second = static_cast<int>(sites.indexOf(bond->getSdcBst2()));
         if (first >= 0 && second >= 0)
-            states.append({{first, second}, bond->getProperties()});
+            states.append({{first, second}, !bond->isSdcBstBstCpx(), bond->getProperties()});
     }
     // A bond that is made anew stands behind the others.
-    std::sort(states.begin(), states.end(),
-        [](const BondState &a, const BondState &b) { return a.sites < b.sites; });
+    std::sort(states.begin(), states.end(), [](const BondState &a, const BondState &b) {
+        return std::tie(a.ofInteraction, a.sites) < std::tie(b.ofInteraction, b.sites);
+    });
     return states;
 }
 
@@ -150,17 +155,41 @@ QList<SdcBst *> zel::state::sitesOf(const QList<SdcMol *> &molecules)
     return list;
 }
 
-QList<SdcBstBstCpx *> zel::state::bondsOf(const QList<SdcMol *> &molecules)
+QList<SdcCpx *> zel::state::complexesOf(ZelScene *scene)
 {
-    QList<SdcBstBstCpx *> list;
+    QList<SdcCpx *> list;
+    Sdc *const sdc = scene->getSdc();
+    if (SdcCxi *cxi = sdc ? sdc->toSdcCxi() : nullptr) {
+        for (Sdc *child : cxi->getListSdcChildren()) {
+            if (SdcCpx *cpx = child ? child->toSdcCpx() : nullptr)
+                list.append(cpx);
+        }
+    }
+    return list;
+}
+
+QList<SdcBstBst *> zel::state::bondsOf(ZelScene *scene, const QList<SdcMol *> &molecules)
+{
+    QList<SdcBstBst *> list;
     QList<SdcCpx *> complexes;
     for (SdcMol *mol : molecules) {
         SdcCpx *const cpx = mol->getParentSdcCpx();
         if (!cpx || complexes.contains(cpx))
             continue;
         complexes.append(cpx);
-        list += cpx->getListSdcBstBstCpx();
+        for (SdcBstBstCpx *bond : cpx->getListSdcBstBstCpx())
+            list.append(bond);
     }
+    Sdc *const sdc = scene->getSdc();
+    if (SdcMli *mli = sdc ? sdc->toSdcMli() : nullptr) {
+        for (SdcBstBstMli *bond : mli->getListSdcBstBstMli())
+            list.append(bond);
+    }
+    if (SdcCxi *cxi = sdc ? sdc->toSdcCxi() : nullptr) {
+        for (SdcBstBstCxi *bond : cxi->getListSdcBstBstCxi())
+            list.append(bond);
+    }
+    list.removeAll(nullptr);
     return list;
 }
 
@@ -196,19 +225,38 @@ ZelSceneState ZelSceneState::take(ZelScene *scene)
     ZelSceneState state;
     if (!scene)
         return state;
+    const QList<SdcCpx *> complexes = complexesOf(scene);
+    for (SdcCpx *cpx : complexes)
+        state.d->complexes.append({{cpx}, cpx->getProperties()});
     const QList<SdcMol *> molecules = moleculesOf(scene);
-    for (SdcMol *mol : molecules)
+    for (SdcMol *mol : molecules) {
         state.d->molecules.append(takeMolecule(mol));
-    state.d->bonds = takeBonds(molecules);
+        state.d->molecules.last().complex =
+            static_cast<int>(complexes.indexOf(mol->getParentSdcCpx()));
+    }
+    state.d->bonds = takeBonds(scene, molecules);
+    return state;
+}
+
+ZelSceneState ZelSceneState::withBond(ZelScene *scene, SdcBst *first, SdcBst *second) const
+{
+    ZelSceneState state(*this);
+    const QList<SdcBst *> sites = sitesOf(moleculesOf(scene));
+    const std::pair<int, int> ends(
+        static_cast<int>(sites.indexOf(first)), static_cast<int>(sites.indexOf(second)));
+    state.d->bonds.removeIf(
+        [&ends](const BondState &bond) { return bond.ofInteraction && bond.sites != ends; });
     return state;
 }
 
 bool ZelSceneState::isEmpty() const
 {
-    return d->molecules.isEmpty();
+    return d->molecules.isEmpty() && d->complexes.isEmpty();
 }
 
 bool operator==(const ZelSceneState &a, const ZelSceneState &b)
 {
-    return a.d == b.d || (a.d->molecules == b.d->molecules && a.d->bonds == b.d->bonds);
+    return a.d == b.d
+        || (a.d->complexes == b.d->complexes && a.d->molecules == b.d->molecules
+            && a.d->bonds == b.d->bonds);
 }

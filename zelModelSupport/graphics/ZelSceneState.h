@@ -2,9 +2,13 @@
 
 #include "zelModelSupport/ZelModelSupportExport.h"
 
+#include <QList>
 #include <QSharedDataPointer>
 
+class SdcBst;
+class SdcMol;
 class ZelScene;
+class ZelSceneEditing;
 class ZelSceneStateData;
 
 /// Everything that the user can change on a scene, as one value: what exists, the layout, feature
@@ -25,15 +29,28 @@ public:
     /// The present state of a scene; empty for null.
     static ZelSceneState take(ZelScene *scene);
     /// Makes the scene as it was: objects that have gone are made anew, those that have come are
-    /// destroyed, and the rest keep their identity. Molecules themselves are the host's: those
-    /// that have come to a scene without data component lose their components. False, and nothing
-    /// done, when a molecule of the state is gone or has joined the scene's data component since.
+    /// destroyed, and the rest keep their identity. An editing scene with a data component does so
+    /// with molecules and complexes, too. In other scenes these are the host's: molecules that
+    /// have come to a scene without data component lose their components, and false, with nothing
+    /// done, is the answer when a molecule of the state is gone or has joined the scene's data
+    /// component since.
     bool restore(ZelScene *scene) const;
+
+    /// Makes a scene with a complex show what the state's complexes become when its bonds are
+    /// made; the objects of the state's own scene are left alone. False when the scene has no
+    /// complex.
+    bool restoreJoined(ZelSceneEditing *scene) const;
+    /// The same state with one of the interaction's bonds only, given by its two sites in their
+    /// order.
+    ZelSceneState withBond(ZelScene *scene, SdcBst *first, SdcBst *second) const;
 
     bool isEmpty() const;
     friend ZELMODELSUPPORT_EXPORT bool operator==(const ZelSceneState &a, const ZelSceneState &b);
     friend bool operator!=(const ZelSceneState &a, const ZelSceneState &b) { return !(a == b); }
 
 private:
+    bool restoreEditing(ZelSceneEditing *scene) const;
+    void putContents(ZelScene *scene, const QList<SdcMol *> &molecules) const;
+
     QSharedDataPointer<ZelSceneStateData> d;
 };

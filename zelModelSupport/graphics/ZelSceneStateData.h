@@ -18,7 +18,8 @@
 #include <vector>
 
 class SdcBst;
-class SdcBstBstCpx;
+class SdcBstBst;
+class SdcCpx;
 class SdcMcp;
 class SdcMol;
 class ZelRectItemMcpSticky;
@@ -107,14 +108,24 @@ struct MoleculeState
 {
     Origin<SdcMol> origin;
     Properties properties;
+    int complex = -1; // index among the complexes of an interaction; -1 outside of one
     QList<ComponentState> components;
     Backbones backbones; // ascending pairs of indices of components
     bool operator==(const MoleculeState &) const = default;
 };
 
+/// One of the complexes of an interaction.
+struct ComplexState
+{
+    Origin<SdcCpx> origin;
+    Properties properties;
+    bool operator==(const ComplexState &) const = default;
+};
+
 struct BondState
 {
     std::pair<int, int> sites; // counted over all molecules
+    bool ofInteraction = false;
     Properties properties;
     bool operator==(const BondState &) const = default;
 };
@@ -122,8 +133,10 @@ struct BondState
 /// The molecules of a scene: those of its data component, else those that it shows.
 QList<SdcMol *> moleculesOf(ZelScene *scene);
 QList<SdcBst *> sitesOf(const QList<SdcMol *> &molecules);
-/// The bonds of the complexes to which the molecules belong.
-QList<SdcBstBstCpx *> bondsOf(const QList<SdcMol *> &molecules);
+/// The complexes of the interaction that the scene shows.
+QList<SdcCpx *> complexesOf(ZelScene *scene);
+/// The bonds of the complexes to which the molecules belong, then those of the interaction.
+QList<SdcBstBst *> bondsOf(ZelScene *scene, const QList<SdcMol *> &molecules);
 /// The backbone lines as they are drawn now.
 Backbones backbonesOf(const QList<SdcMcp *> &components);
 
@@ -132,6 +145,7 @@ Backbones backbonesOf(const QList<SdcMcp *> &components);
 class ZelSceneStateData : public QSharedData
 {
 public:
+    QList<zel::state::ComplexState> complexes;
     QList<zel::state::MoleculeState> molecules;
     QList<zel::state::BondState> bonds;
 };

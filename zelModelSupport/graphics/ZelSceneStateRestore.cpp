@@ -6,6 +6,7 @@
 #include "zelModelSupport/graphics/ZelLineItemMcpMcp.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelScene.h"
+#include "zelModelSupport/graphics/ZelSceneEditing.h"
 #include "zelModelSupport/graphics/ZelSceneStateData.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
@@ -265,30 +266,64 @@ void putMolecule(ZelScene *scene, SdcMol *mol, const MoleculeState &state)
     }
 }
 
+void putSitePens(SdcMol *mol, const MoleculeState &state)
+{
+    const QList<SdcMcp *> components = mol->getListSdcMcp();
+    for (qsizetype i = 0; i < std::min(components.size(), state.components.size()); ++i) {
+        const QList<SiteState> &stored = state.components.at(i).sites;
+        const QList<SdcBst *> sites = components.at(i)->getListSdcBst();
+        for (qsizetype k = 0; k < std::min(sites.size(), stored.size()); ++k) {
+            ZelEllipseItemBst *const item = sites.at(k)->getZelEllipseItemBst();
+            if (item && stored.at(k).drawn)
+                item->setPen(stored.at(k).ellipse.pen);
+        }
+    }
+}
+
+SdcBstBst *makeBond(ZelScene *scene, SdcBst *first, SdcBst *second, bool ofInteraction)
+{
+    SdcCpx *const cpx = first->getParentSdcCpx();
+    if (ofInteraction || !cpx)
+        return scene->addBond(first, second);
+    SdcBstBstCpx *const bond = scene->addSdcBstBstCpx(first, second);
+    cpx->addSdcBstBstCpx(bond);
+    return bond;
+}
+
 void putBonds(ZelScene *scene, const QList<SdcMol *> &molecules, const QList<BondState> &states)
 {
     const QList<SdcBst *> sites = sitesOf(molecules);
-    QList<SdcBstBstCpx *> surplus = bondsOf(molecules);
+    QList<SdcBstBst *> surplus = bondsOf(scene, molecules);
+    QList<SdcBstBst *> bonds;
     for (const BondState &state : states) {
         SdcBst *const first = sites.value(state.sites.first);
         SdcBst *const second = sites.value(state.sites.second);
-        SdcCpx *const cpx = first ? first->getParentSdcCpx() : nullptr;
-        if (!second || !cpx)
-            continue;
-        const auto found = std::find_if(surplus.begin(), surplus.end(),
-            [&](SdcBstBstCpx *bond) { return bond->isSameSdcBstBst(first, second); });
-        SdcBstBstCpx *bond = nullptr;
-        if (found != surplus.end()) {
-            bond = *found;
+        const auto found = std::find_if(surplus.begin(), surplus.end(), [&](SdcBstBst *bond) {
+            return bond->isSdcBstBstCpx() != state.ofInteraction && bond->getSdcBst1() == first
+                && bond->getSdcBst2() == second;
+        });
+        bonds.append(found == surplus.end() ? nullptr : *found);
+        if (found != surplus.end())
             surplus.erase(found);
-        } else {
-            bond = scene->addSdcBstBstCpx(first, second);
-            cpx->addSdcBstBstCpx(bond);
-        }
-        putProperties(bond, state.properties);
     }
-    for (SdcBstBstCpx *bond : std::as_const(surplus))
+    // An interaction may have room for one bond only.
+    for (SdcBstBst *bond : std::as_const(surplus))
         scene->removeSdcBstBst(bond);
+    for (qsizetype i = 0; i < states.size(); ++i) {
+        const BondState &state = states.at(i);
+        SdcBst *const first = sites.value(state.sites.first);
+        SdcBst *const second = sites.value(state.sites.second);
+        if (!bonds.at(i) && first && second)
+            bonds[i] = makeBond(scene, first, second, state.ofInteraction);
+        if (bonds.at(i))
+            putProperties(bonds.at(i), state.properties);
+    }
+}
+
+/// The complex of an interaction in which a molecule lies, as its index; -1 outside of one.
+int complexOf(SdcMol *mol, const QList<SdcCpx *> &complexes)
+{
+    return static_cast<int>(complexes.indexOf(mol->getParentSdcCpx()));
 }
 
 } // namespace
@@ -297,6 +332,9 @@ bool ZelSceneState::restore(ZelScene *scene) const
 {
     if (!scene)
         return false;
+    auto *const editing = qobject_cast<ZelSceneEditing *>(scene);
+    if (editing && scene->getSdc())
+        return restoreEditing(editing);
     QList<SdcMol *> surplus = moleculesOf(scene);
     QList<SdcMol *> molecules;
     for (const MoleculeState &molecule : d->molecules) {
@@ -315,10 +353,81 @@ bool ZelSceneState::restore(ZelScene *scene) const
         for (SdcMcp *mcp : components)
             scene->removeSdcMcp(mcp);
     }
-    for (qsizetype i = 0; i < molecules.size(); ++i)
-        putMolecule(scene, molecules.at(i), d->molecules.at(i));
-    putBonds(scene, molecules, d->bonds);
+    putContents(scene, molecules);
     --scene->m_changeDepth;
     emit scene->signal_changed();
     return true;
+}
+
+bool ZelSceneState::restoreJoined(ZelSceneEditing *scene) const
+{
+    if (!scene || !scene->getSdc() || !scene->getSdc()->isSdcCpx())
+        return false;
+    ZelSceneState joined(*this);
+    joined.d->complexes.clear();
+    for (MoleculeState &mol : joined.d->molecules)
+        mol.complex = -1;
+    for (BondState &bond : joined.d->bonds)
+        bond.ofInteraction = false;
+    return joined.restoreEditing(scene);
+}
+
+bool ZelSceneState::restoreEditing(ZelSceneEditing *scene) const
+{
+    Sdc *const sdc = scene->getSdc();
+    ZelDbSqliteModel *const db =
+        scene->getZelDbSqliteModel() ? scene->getZelDbSqliteModel() : sdc->getZelDbSqliteModel();
+    if (!d->complexes.isEmpty() && !sdc->isSdcCxi())
+        return false;
+    scene->resetPressState();
+    ++scene->m_changeDepth;
+    auto [complexes, surplusComplexes] =
+        match(d->complexes, complexesOf(scene), hasSamePsiimId<ComplexState>);
+    for (SdcCpx *cpx : std::as_const(surplusComplexes))
+        scene->destroyUnit(cpx);
+    for (qsizetype i = 0; i < complexes.size(); ++i) {
+        if (!complexes.at(i)) {
+            complexes[i] = new SdcCpx(db);
+            complexes.at(i)->setBstBindingStatusEnabled(scene->isAllowedToDisplayBindingStatus());
+            sdc->addSdcChild(complexes.at(i), true);
+        }
+        putProperties(complexes.at(i), d->complexes.at(i).properties);
+    }
+    auto [molecules, surplus] = match(d->molecules, moleculesOf(scene),
+        [&complexes = complexes](const MoleculeState &state, SdcMol *mol) {
+            return hasSamePsiimId(state, mol) && complexOf(mol, complexes) == state.complex;
+        });
+    for (SdcMol *mol : std::as_const(surplus))
+        scene->destroyUnit(mol);
+    QHash<Sdc *, QList<Sdc *>> orders;
+    for (qsizetype i = 0; i < molecules.size(); ++i) {
+        SdcCpx *const cpx = complexes.value(d->molecules.at(i).complex);
+        Sdc *const parentSdc = cpx ? cpx : sdc;
+        if (!molecules.at(i)) {
+            molecules[i] = new SdcMol(db);
+            parentSdc->addSdcChild(molecules.at(i), true);
+        }
+        orders[parentSdc].append(molecules.at(i));
+    }
+    if (sdc->isSdcCxi())
+        putOrder(sdc, QList<Sdc *>(complexes.cbegin(), complexes.cend()));
+    for (auto it = orders.cbegin(); it != orders.cend(); ++it)
+        putOrder(it.key(), it.value());
+    putContents(scene, molecules);
+    const QList<SdcBst *> sites = sitesOf(molecules);
+    for (SdcBst *site : sites)
+        site->updateDisplayBstBindingStatus();
+    --scene->m_changeDepth;
+    emit scene->signal_changed();
+    return true;
+}
+
+void ZelSceneState::putContents(ZelScene *scene, const QList<SdcMol *> &molecules) const
+{
+    for (qsizetype i = 0; i < molecules.size(); ++i)
+        putMolecule(scene, molecules.at(i), d->molecules.at(i));
+    putBonds(scene, molecules, d->bonds);
+    // Taking a bond away has shown its sites' status anew.
+    for (qsizetype i = 0; i < molecules.size(); ++i)
+        putSitePens(molecules.at(i), d->molecules.at(i));
 }

@@ -2,7 +2,50 @@
 
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBstCxi.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <QDebug>
+#include <QDomDocument>
+
+namespace {
+
+#define ZEL_ALIAS_FUNCTION                                                                         \
+    "void SdcBstBstCxi::setResultCpxAliasPsiimId(const QString & cpxAliasPsiimId)"
+
+/// One end of the bond, as the database looks associations up.
+struct End
+{
+    QString cpaPsiimId;
+    QString bstPsiimId;
+    QString molPos;
+};
+
+/// The alias is empty unless the site lies in a molecule of a complex that has one.
+End endOf(SdcBst *site)
+{
+    SdcCpx *const cpx = site->getParentSdcCpx();
+    SdcMol *const mol = site->getParentSdcMol();
+    if (!cpx || !mol)
+        return {};
+    return {cpx->getProperty(SdcProperty::CpaPsiimId), site->getPsiimId(),
+        QString::number(mol->getPosIndex(), 10)};
+}
+
+void appendLayout(QDomDocument *doc, QDomElement *root, const char *tag, SdcCpx *cpx)
+{
+    QDomElement element = doc->createElement(QLatin1String(tag));
+    root->appendChild(element);
+    QDomDocument own;
+    own.setContent(cpx->getGraphicsInfo());
+    const QDomElement layout = own.documentElement().firstChildElement(QStringLiteral("cpx"));
+    if (!layout.isNull())
+        element.appendChild(doc->importNode(layout, true));
+}
+
+} // namespace
 
 SdcBstBstCxi::SdcBstBstCxi(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
     : SdcBstBst(zelDbSqliteModel, parent)
@@ -44,6 +87,113 @@ SdcCpx *SdcBstBstCxi::getSdcCpxResult() const
 void SdcBstBstCxi::setSdcCpxResult(SdcCpx *cpx)
 {
     m_sdcCpxResult = cpx;
+}
+
+void SdcBstBstCxi::updatePropertiesFromDb()
+{
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    if (!db || !getSdcBst1() || !getSdcBst2())
+        return;
+    const End end1 = endOf(getSdcBst1());
+    const End end2 = endOf(getSdcBst2());
+    if (end1.cpaPsiimId.isEmpty() || end2.cpaPsiimId.isEmpty())
+        return;
+    const QString id = db->caiGetPsiimId(end1.cpaPsiimId, end1.bstPsiimId, end1.molPos,
+        end2.cpaPsiimId, end2.bstPsiimId, end2.molPos, getProperty(SdcProperty::Geometry),
+        getProperty(SdcProperty::BindingType), false);
+    if (id.isEmpty())
+        return;
+    ZelDbRecord record = db->caiGetHashInfo(id);
+    record.insert(ZelDbColumn::PsiimId, id);
+    setPropertiesFromRecord(record);
+}
+
+void SdcBstBstCxi::setPropertiesFromRecord(const ZelDbRecord &record)
+{
+    setProperty(SdcProperty::PsiimId, record.value(ZelDbColumn::PsiimId));
+    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
+    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
+    setProperty(SdcProperty::AssociationRate, record.value(ZelDbColumn::AssociationRate));
+    setProperty(SdcProperty::ResultCpaPsiimId, record.value(ZelDbColumn::CaiResultCpa));
+    setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
+}
+
+QString SdcBstBstCxi::getResultCpxFingerPrint() const
+{
+    SdcBst *const site1 = getSdcBst1();
+    SdcBst *const site2 = getSdcBst2();
+    if (!site1 || !site2) {
+        qDebug() << "Error found at QString SdcBstBstCxi::getResultCpxFingerPrint() ";
+        return {};
+    }
+    SdcCpx *const cpxA = site1->getParentSdcCpx();
+    SdcCpx *const cpxB = site2->getParentSdcCpx();
+    if (!cpxA || !cpxB)
+        return {};
+    const QList<SdcMol *> mols = cpxA->getListSdcMol() + cpxB->getListSdcMol();
+    QList<SdcBstBstCpx *> bonds = cpxA->getListSdcBstBstCpx() + cpxB->getListSdcBstBstCpx();
+    SdcBstBstCpx newBond(getZelDbSqliteModel()); // leaves the sites when it goes
+    newBond.addSdcBst(site1);
+    newBond.addSdcBst(site2);
+    bonds.append(&newBond);
+    const QList<SdcBstBst *> listSbb = toListSdcBstBst(bonds);
+    return SdcCpx::getCpxFingerPrint(
+        SdcCpx::getConstRankedMolList(mols, mols, listSbb, false), listSbb);
+}
+
+void SdcBstBstCxi::setResultCpxAliasPsiimId(const QString &cpxAliasPsiimId)
+{
+    const QString fingerPrint = getResultCpxFingerPrint();
+    if (fingerPrint.isEmpty()) {
+        qDebug() << "Error found at " ZEL_ALIAS_FUNCTION ": empty finger print";
+        return;
+    }
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    const QString cpxPsiimId = db ? db->cpaGetCpxPsiimId(cpxAliasPsiimId) : QString();
+    if (cpxPsiimId.isEmpty())
+        return;
+    const QString stored = db->cpxGetFingerPrint(cpxPsiimId);
+    if (stored == fingerPrint) {
+        setProperty(SdcProperty::ResultCpaPsiimId, cpxAliasPsiimId);
+        return;
+    }
+    const auto quoted = [](const QString &text) { return u'"' + text + u'"'; };
+    qDebug() << "Error found at " ZEL_ALIAS_FUNCTION ": finger print not match";
+    qDebug() << "fingerPrintCpx:";
+    qDebug().noquote() << quoted(stored);
+    qDebug() << "fingerPrintSbbc:";
+    qDebug().noquote() << quoted(fingerPrint);
+}
+
+bool SdcBstBstCxi::isIntraComplex() const
+{
+    SdcCpx *const cpx = getSdcBst1() ? getSdcBst1()->getParentSdcCpx() : nullptr;
+    return cpx && getSdcBst2() && getSdcBst2()->getParentSdcCpx() == cpx;
+}
+
+QString SdcBstBstCxi::getDefaultGeometry() const
+{
+    if (isIntraComplex())
+        return QLatin1String(ZelGeometry::IntraComplex);
+    const auto isAtMembrane = [](SdcBst *site) {
+        SdcCpx *const cpx = site ? site->getParentSdcCpx() : nullptr;
+        return cpx && cpx->containsMemAssociatedMol();
+    };
+    return isAtMembrane(getSdcBst1()) && isAtMembrane(getSdcBst2())
+        ? QLatin1String(ZelGeometry::Plane)
+        : QLatin1String(ZelGeometry::Space);
+}
+
+QString SdcBstBstCxi::getGraphicsInfo()
+{
+    if (!m_sdcCpx1 || !m_sdcCpx2)
+        return {};
+    QDomDocument doc(QStringLiteral("doc"));
+    QDomElement root = doc.createElement(QStringLiteral("schema"));
+    doc.appendChild(root);
+    appendLayout(&doc, &root, "cpx1", m_sdcCpx1);
+    appendLayout(&doc, &root, "cpx2", m_sdcCpx2);
+    return doc.toString(1);
 }
 
 SdcBstBstCxi *SdcBstBstCxi::toSdcBstBstCxi()

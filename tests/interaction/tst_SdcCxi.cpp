@@ -1,0 +1,326 @@
+#include "InteractionStage.h"
+
+#include "support/ZelTest.h"
+
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCxi.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <QDomDocument>
+
+#include <algorithm>
+#include <memory>
+
+using Bonds = QList<CpxStage::Bond>;
+
+namespace {
+
+const QString A = QStringLiteral("A");
+const QString B = QStringLiteral("B");
+
+} // namespace
+
+class tst_SdcCxi : public ZelTest
+{
+    Q_OBJECT
+
+    /// Complexes A and A.B, with a bond from site 2 of A to the free site 1 of B.
+    struct Model : InteractionStage
+    {
+        QString aliasA = alias(A);
+        QString aliasAB = alias(QStringLiteral("AB"), {{{0, 2}, {1, 0}}});
+        std::unique_ptr<SdcCxi> cxi{InteractionStage::cxi(aliasA, aliasAB)};
+        SdcBst *siteA = InteractionStage::site(cxi->getChildSdcAtIndex(0), 0, 2);
+        SdcBst *siteB = findB();
+        SdcBstBstCxi *bond = cxiBond(cxi.get(), siteA, siteB);
+
+        SdcBst *findB() const
+        {
+            for (SdcMol *mol : cxi->getSdcCpxAtPosIndex(1)->getChildMolList()) {
+                if (mol->getPsiimId() == molB)
+                    return mol->getListSdcBst().at(1);
+            }
+            return nullptr;
+        }
+
+        ZelDbRecord record() const
+        {
+            return {{ZelDbColumn::PsiimId, QStringLiteral("cai7")},
+                {ZelDbColumn::ShortName, QStringLiteral("bind")},
+                {ZelDbColumn::Name, QStringLiteral("name")},
+                {ZelDbColumn::Notes, QStringLiteral("notes")},
+                {ZelDbColumn::AssociationRate, QStringLiteral("0.5")},
+                {ZelDbColumn::CaiCpa1, aliasA}, {ZelDbColumn::CaiCpa2, aliasAB},
+                {ZelDbColumn::CaiResultCpa, aliasAB}, {ZelDbColumn::Bst1, siteA->getPsiimId()},
+                {ZelDbColumn::MolPos1, QStringLiteral("0")},
+                {ZelDbColumn::Bst2, siteB->getPsiimId()},
+                {ZelDbColumn::MolPos2, QString::number(siteB->getParentSdcMol()->getPosIndex())},
+                {ZelDbColumn::Geometry, QStringLiteral("3D")},
+                {ZelDbColumn::BindingType, QStringLiteral("cis")}};
+        }
+    };
+
+private slots:
+    void listsBondsAsOftenAsTheyAreAdded()
+    {
+        SdcCxi cxi(nullptr);
+        SdcBst bst(nullptr);
+        SdcBstBstCxi bond(nullptr);
+        SdcBstBstCxi other(nullptr);
+        bond.addSdcBst(&bst);
+        for (SdcBstBstCxi *entry : {&bond, &other, &bond, static_cast<SdcBstBstCxi *>(nullptr)})
+            cxi.addSdcBstBstCxi(entry);
+        QCOMPARE(cxi.getListSdcBstBstCxi().size(), 4);
+        QCOMPARE(cxi.getSdcBstBstCxiIndex(&other), 1);
+        QCOMPARE(cxi.getListSdcBstBstCxiFromListSdcBst({nullptr, &bst, &bst}),
+            QList<SdcBstBstCxi *>({&bond}));
+        QCOMPARE(cxi.getSdcBstBstCxiFromIndex(-1), nullptr);
+        QCOMPARE(cxi.getSdcBstBstCxiFromIndex(4), nullptr);
+        cxi.setHighlight(true);
+        cxi.removeSdcBstBstCxi(&bond);
+        QCOMPARE(cxi.getListSdcBstBstCxi(), QList<SdcBstBstCxi *>({&other, nullptr}));
+        QCOMPARE(cxi.getSdcBstBstCxiIndex(&bond), -1);
+    }
+
+    void resetEmptiesBondsAndKeepsThem()
+    {
+        Model model;
+        QPointer<Sdc> cpx = model.cxi->getChildSdcAtIndex(0);
+        QPointer<SdcBstBstCxi> bond = model.bond;
+        bond->setProperty(SdcProperty::Geometry, QStringLiteral("2D"));
+        model.cxi->addSdcBstBstCxi(nullptr);
+        model.cxi->reset();
+        QVERIFY(!cpx && bond);
+        QVERIFY(bond->getListSdcBst().isEmpty() && !bond->getSdcCpx1());
+        QVERIFY(!bond->hasProperty(SdcProperty::Geometry));
+        QVERIFY(model.cxi->getListSdcBstBstCxi().isEmpty());
+    }
+
+    void findsASiteByItsPlaces_data()
+    {
+        QTest::addColumn<QString>("molPos");
+        QTest::addColumn<QString>("cpxPos");
+        QTest::addColumn<bool>("known");
+        QTest::addColumn<bool>("found");
+        const QString zero = QStringLiteral("0");
+        QTest::newRow("there") << zero << zero << true << true;
+        QTest::newRow("no numbers mean the first") << A << "" << true << true;
+        QTest::newRow("no id") << zero << zero << false << false;
+        QTest::newRow("no such molecule") << "1" << zero << true << false;
+        QTest::newRow("no such complex") << zero << "3" << true << false;
+        QTest::newRow("null complex") << zero << "2" << true << false;
+        QTest::newRow("negative") << "-1" << zero << true << false;
+    }
+
+    void findsASiteByItsPlaces()
+    {
+        QFETCH(QString, molPos);
+        QFETCH(QString, cpxPos);
+        QFETCH(bool, known);
+        QFETCH(bool, found);
+        Model model;
+        model.cxi->addSdcChild(nullptr, false);
+        QCOMPARE(model.cxi->getSdcBstFromBstPsiimIdAndPosIndices(
+                     known ? model.siteA->getPsiimId() : QString(), molPos, cpxPos),
+            found ? model.siteA : nullptr);
+        for (const int index : {-1, 2, 3})
+            QCOMPARE(model.cxi->getSdcCpxAtPosIndex(index), nullptr);
+    }
+
+    void theBondFindsItsAssociation_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<bool>("found");
+        QTest::newRow("the stored one") << "" << true;
+        QTest::newRow("another geometry") << "geometry" << false;
+        QTest::newRow("another binding type") << "type" << false;
+        QTest::newRow("the sites the other way round") << "swap" << false;
+        QTest::newRow("a complex that is no alias") << "no alias" << false;
+        QTest::newRow("one site") << "one site" << false;
+        QTest::newRow("a site in no complex") << "no complex" << false;
+        QTest::newRow("no database") << "no database" << false;
+    }
+
+    void theBondFindsItsAssociation()
+    {
+        QFETCH(QString, change);
+        QFETCH(bool, found);
+        Model model;
+        const auto is = [&change](const char *name) { return change == QLatin1String(name); };
+        QVERIFY(model.db.caiInsert(model.record()));
+        SdcBstBstCxi *const bond = model.bond;
+        bond->setProperty(26, is("geometry") ? QStringLiteral("2D") : QStringLiteral("3D"));
+        bond->setProperty(23, is("type") ? QStringLiteral("trans") : QStringLiteral("cis"));
+        for (const int key : {1, 2, 3, 11, 15, 19})
+            bond->setProperty(key, QStringLiteral("old"));
+        SdcBst loose(&model.db);
+        if (is("swap") || is("one site") || is("no complex"))
+            bond->removeSdcBst(model.siteA);
+        if (is("swap"))
+            bond->addSdcBst(model.siteA);
+        if (is("no complex"))
+            bond->addSdcBst(&loose);
+        if (is("no alias"))
+            model.cxi->getSdcCpxAtPosIndex(1)->clearProperty(SdcProperty::CpaPsiimId);
+        if (is("no database"))
+            bond->setZelDbSqliteModel(nullptr);
+        bond->updatePropertiesFromDb();
+        QStringList texts;
+        for (const int key : {1, 2, 3, 15, 19, 11})
+            texts.append(bond->getProperty(key));
+        QCOMPARE(texts.join(u','),
+            found ? QStringLiteral("cai7,bind,name,0.5,") + model.aliasAB + QLatin1String(",notes")
+                  : QStringLiteral("old,old,old,old,old,old"));
+    }
+
+    void theResultIsOneSpeciesHoweverItIsBuilt()
+    {
+        Model model;
+        const std::unique_ptr<SdcCpx> drawn(
+            model.complex(QStringLiteral("BAA"), {{{1, 2}, {0, 0}}, {{0, 1}, {2, 2}}}));
+        const QString fingerPrint = drawn->getCpxFingerPrint();
+        QVERIFY(!fingerPrint.isEmpty());
+        QCOMPARE(model.bond->getResultCpxFingerPrint(), fingerPrint);
+        model.bond->removeSdcBst(model.siteA);
+        model.bond->addSdcBst(model.siteA);
+        QCOMPARE(model.bond->getResultCpxFingerPrint(), fingerPrint);
+        // Asking leaves nothing behind.
+        QCOMPARE(model.siteA->getListSdcBstBst().size(), 1);
+        QCOMPARE(model.cxi->getSdcCpxAtPosIndex(1)->getListSdcBstBstCpx().size(), 1);
+    }
+
+    void theResultAliasMustBeTheResult_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QStringList>("complaints");
+        QTest::addColumn<bool>("accepted");
+        const QString function = QStringLiteral(
+            "void SdcBstBstCxi::setResultCpxAliasPsiimId(const QString & cpxAliasPsiimId)");
+        const QString empty =
+            QStringLiteral("Error found at ") + function + QStringLiteral(": empty finger print");
+        QTest::newRow("the same bonded graph, stored in another order")
+            << "" << QStringList() << true;
+        QTest::newRow("an unknown alias") << "unknown" << QStringList() << false;
+        QTest::newRow("another complex")
+            << "other"
+            << QStringList({QStringLiteral("Error found at ") + function
+                       + QStringLiteral(": finger print not match"),
+                   QStringLiteral("fingerPrintCpx:"),
+                   QStringLiteral("\"Mols[mol1]; "
+                                  "Interactions[]\""),
+                   QStringLiteral("fingerPrintSbbc:"), QStringLiteral("\"%1\"")})
+            << false;
+        QTest::newRow("a bond with one site")
+            << "one site"
+            << QStringList(
+                   {QStringLiteral("Error found at QString SdcBstBstCxi::getResultCpxFingerPrint"
+                                   "() "),
+                       empty})
+            << false;
+        QTest::newRow("a site in no complex") << "no complex" << QStringList({empty}) << false;
+        QTest::newRow("no database") << "no database" << QStringList() << false;
+    }
+
+    void theResultAliasMustBeTheResult()
+    {
+        QFETCH(QString, change);
+        QFETCH(QStringList, complaints);
+        QFETCH(bool, accepted);
+        Model model;
+        const auto is = [&change](const char *name) { return change == QLatin1String(name); };
+        QString result = model.alias(QStringLiteral("BAA"), {{{1, 2}, {0, 1}}, {{0, 0}, {2, 2}}});
+        QVERIFY(!result.isEmpty());
+        SdcBst loose(&model.db);
+        if (is("unknown"))
+            result = QStringLiteral("cpa99");
+        if (is("other"))
+            result = model.aliasA;
+        if (is("one site") || is("no complex"))
+            model.bond->removeSdcBst(model.siteB);
+        if (is("no complex"))
+            model.bond->addSdcBst(&loose);
+        if (is("no database"))
+            model.bond->setZelDbSqliteModel(nullptr);
+        model.bond->setProperty(SdcProperty::ResultCpaPsiimId, QStringLiteral("old"));
+        model.bond->setResultCpxAliasPsiimId(result);
+        QCOMPARE(model.bond->getProperty(SdcProperty::ResultCpaPsiimId),
+            accepted ? result : QStringLiteral("old"));
+        if (is("other"))
+            complaints.last() = complaints.last().arg(model.bond->getResultCpxFingerPrint());
+        QCOMPARE(takeDebugLines(), complaints);
+    }
+
+    void theBondsLayoutHoldsBothComplexes()
+    {
+        Model model;
+        QDomDocument doc;
+        QVERIFY(doc.setContent(model.bond->getGraphicsInfo()));
+        QStringList found;
+        for (const char *tag : {"cpx1", "cpx2"}) {
+            const QDomElement cpx = doc.documentElement()
+                                        .firstChildElement(QLatin1String(tag))
+                                        .firstChildElement(QStringLiteral("cpx"));
+            found.append(cpx.attribute(QStringLiteral("psiimId")));
+            QVERIFY(!cpx.firstChildElement(QStringLiteral("mol")).isNull());
+        }
+        QCOMPARE(found,
+            QStringList(
+                {model.bond->getSdcCpx1()->getPsiimId(), model.bond->getSdcCpx2()->getPsiimId()}));
+        model.bond->setSdcCpx2(nullptr);
+        QVERIFY(model.bond->getGraphicsInfo().isEmpty());
+    }
+
+    void partsDieInAnyOrder_data()
+    {
+        QTest::addColumn<QList<int>>("order");
+        QList<int> order{0, 1, 2, 3};
+        do {
+            QTest::addRow("%d%d%d%d", order.at(0), order.at(1), order.at(2), order.at(3)) << order;
+        } while (std::next_permutation(order.begin(), order.end()));
+    }
+
+    void partsDieInAnyOrder()
+    {
+        QFETCH(QList<int>, order);
+        Model model;
+        QPointer<SdcCpx> cpx = model.cxi->getSdcCpxAtPosIndex(0);
+        QPointer<SdcBst> bst = model.siteB;
+        auto bond = std::unique_ptr<SdcBstBstCxi>(model.bond);
+        bond->QObject::setParent(nullptr);
+        bond->setSdcCpxResult(cpx);
+        model.cxi->addSdcBstBstCxi(bond.get()); // listed twice
+        for (const int victim : order) {
+            switch (victim) {
+            case 0:
+                model.cxi.reset();
+                break;
+            case 1:
+                delete cpx;
+                break;
+            case 2:
+                delete bst;
+                break;
+            default:
+                bond.reset();
+            }
+            if (bond) {
+                QCOMPARE(bond->getListSdcBst().size(), int(!cpx.isNull()) + int(!bst.isNull()));
+                QCOMPARE(bond->getSdcCpx1(), cpx.data());
+                QCOMPARE(bond->getSdcCpxResult(), cpx.data());
+                bond->updatePropertiesFromDb();
+                bond->getGraphicsInfo();
+            }
+            if (model.cxi) {
+                QCOMPARE(model.cxi->getListSdcBstBstCxi().size(), bond ? 2 : 0);
+                QCOMPARE(model.cxi->getListSdcCpx().size(), cpx ? 2 : 1);
+                model.cxi->setHighlight(true);
+            }
+        }
+    }
+};
+
+ZEL_TEST(tst_SdcCxi)
+#include "tst_SdcCxi.moc"

@@ -1,0 +1,278 @@
+#include "InteractionStage.h"
+
+#include "support/ZelTest.h"
+#include "support/ZelTree.h"
+
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMli.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <QDomDocument>
+
+#include <memory>
+
+class tst_SdcMliStorage : public ZelTest
+{
+    Q_OBJECT
+
+    struct Model : InteractionStage
+    {
+        std::unique_ptr<SdcMli> mli;
+        SdcBstBstMli *bond = nullptr;
+
+        /// Ready to be saved. The bond's first site lies in the second molecule.
+        explicit Model(const QString &types = QStringLiteral("AB"), int site0 = 2)
+            : mli(InteractionStage::mli(types))
+        {
+            bond = mliBond(mli.get(), site(mli.get(), 1, 1), site(mli.get(), 0, site0));
+            mli->addSdcBstBstMli(bond);
+            mli->setProperty(SdcProperty::AssociationRate, QStringLiteral("1e5"));
+            mli->setProperty(SdcProperty::DissociationRate, QStringLiteral("0.1"));
+            mli->setProperty(SdcProperty::Name, QStringLiteral("<A & \"B\">"));
+            mli->setProperty(SdcProperty::Notes, QStringLiteral("two\nlines \u03b2"));
+            mli->setProperty(SdcProperty::References, QStringLiteral("doi:1"));
+        }
+    };
+
+    /// The tree with the bond by the places of its sites.
+    static QString text(SdcMli *mli)
+    {
+        QString text = ZelTree::text(mli);
+        for (SdcBstBstMli *bond : mli->getListSdcBstBstMli()) {
+            for (SdcBst *site : bond->getListSdcBst())
+                text += QStringLiteral("%1.%2 ")
+                            .arg(site->getParentSdcMol()->getPosIndex())
+                            .arg(site->getDisplayIndex());
+        }
+        return text;
+    }
+
+private slots:
+    void nothingIsLost_data()
+    {
+        QTest::addColumn<QString>("types");
+        QTest::addColumn<int>("site0");
+        QTest::newRow("two molecules") << "AB" << 2;
+        QTest::newRow("one molecule type with itself") << "BB" << 0;
+        QTest::newRow("a site type with itself") << "BB" << 1;
+    }
+
+    void nothingIsLost()
+    {
+        QFETCH(QString, types);
+        QFETCH(int, site0);
+        Model model(types, site0);
+        QVERIFY(model.mli->saveToDb());
+        const QString expectedName = types.at(1) + QStringLiteral(".") + types.at(0);
+        QCOMPARE(model.mli->getProperty(SdcProperty::ShortName), expectedName);
+        SdcMli loaded(&model.db);
+        QVERIFY(loaded.loadFromDb(model.mli->getPsiimId()));
+        QCOMPARE(text(&loaded), text(model.mli.get()));
+
+        // Saved again, from what was loaded, it is the same one record.
+        const QStringList records = model.records();
+        QVERIFY(loaded.saveToDb());
+        QCOMPARE(model.records(), records);
+        QVERIFY(model.file.checkIntegrity().isEmpty());
+    }
+
+    void aDamagedLayoutLosesNoMolecule_data()
+    {
+        QTest::addColumn<QString>("layout");
+        QTest::addColumn<QString>("complaint");
+        QTest::newRow("none") << ""
+                              << "";
+        QTest::newRow("cut off") << "<schema><mli><mol"
+                                 << "the layout of mli1 is not readable";
+        QTest::newRow("nested deep") << QStringLiteral("<m>").repeated(100000) << "nested too deep";
+        QTest::newRow("entities") << "<!DOCTYPE a [<!ENTITY b \"c\">]><schema><mli/></schema>"
+                                  << "declares entities";
+        QTest::newRow("of something else") << "<schema><cpx/></schema>"
+                                           << "";
+        QTest::newRow("without molecules")
+            << "<schema><mli><boundingRect x='nan' y='1e300'/></mli></schema>"
+            << "";
+        QTest::newRow("with molecules that are not its own")
+            << "<schema><mli><mol psiimId='mol7'/><mol/><mol/></mli></schema>"
+            << "mol7";
+    }
+
+    void aDamagedLayoutLosesNoMolecule()
+    {
+        QFETCH(QString, layout);
+        QFETCH(QString, complaint);
+        Model model;
+        QVERIFY(model.mli->saveToDb());
+        const QString id = model.mli->getPsiimId();
+        QVERIFY(
+            model.db.mliInsert({{ZelDbColumn::PsiimId, id}, {ZelDbColumn::GraphicsInfo, layout}}));
+        SdcMli loaded(&model.db);
+        QVERIFY(loaded.loadFromDb(id));
+        const QString lines = model.debugText();
+        QVERIFY2(
+            complaint.isEmpty() ? lines.isEmpty() : lines.contains(complaint), qPrintable(lines));
+        QCOMPARE(loaded.getListSdcMol().size(), 2);
+        QCOMPARE(loaded.getListSdcBst().size(), 5);
+        QCOMPARE(loaded.getListSdcBstBstMli().size(), 1);
+        // Side by side, not on top of each other, where each has a layout of its own.
+        if (complaint.isEmpty() || !complaint.startsWith(QLatin1String("mol")))
+            QVERIFY(!loaded.getChildSdcAtIndex(0)->getSdcSceneRectF().intersects(
+                loaded.getChildSdcAtIndex(1)->getSdcSceneRectF()));
+    }
+
+    void reportsWhatIsMissing_data()
+    {
+        QTest::addColumn<QString>("damage");
+        QTest::addColumn<QString>("complaint");
+        QTest::addColumn<int>("molecules");
+        QTest::newRow("unknown interaction") << "unknown"
+                                             << "no molecule interaction mli9" << 0;
+        QTest::newRow("no bond") << "no bond"
+                                 << "" << 2;
+        QTest::newRow("a bond at another position") << "position"
+                                                    << "binds a site that its molecules" << 2;
+        QTest::newRow("not empty") << "not empty"
+                                   << "reset it first" << 1;
+        QTest::newRow("no database") << "no database"
+                                     << "no database" << 0;
+        QTest::newRow("closed database") << "closed"
+                                         << "no molecule interaction" << 0;
+    }
+
+    void reportsWhatIsMissing()
+    {
+        QFETCH(QString, damage);
+        QFETCH(QString, complaint);
+        QFETCH(int, molecules);
+        Model model;
+        QVERIFY(model.mli->saveToDb());
+        QString id = model.mli->getPsiimId();
+        SdcMli loaded(damage == QLatin1String("no database") ? nullptr : &model.db);
+        if (damage == QLatin1String("unknown"))
+            id = QStringLiteral("mli9");
+        if (damage == QLatin1String("no bond"))
+            QVERIFY(model.db.mliRemoveAllBstBst(id));
+        if (damage == QLatin1String("position")) {
+            const QStringList pair = model.db.mliGetArrayBstBst(id).first();
+            QVERIFY(model.db.mliInsertBstBst(
+                id, 0, QStringLiteral("5"), pair.at(3), pair.at(4), pair.at(5)));
+        }
+        if (damage == QLatin1String("not empty"))
+            loaded.addSdcChild(new SdcMol(&model.db), true);
+        if (damage == QLatin1String("closed"))
+            model.file.close();
+        QVERIFY(!loaded.loadFromDb(id));
+        const QString lines = model.debugText();
+        QVERIFY2(
+            lines.contains(complaint) && lines.isEmpty() == complaint.isEmpty(), qPrintable(lines));
+        QCOMPARE(loaded.getListSdcMol().size(), molecules);
+        QVERIFY(loaded.getListSdcBstBstMli().isEmpty());
+    }
+
+    void aLayoutElementGivesTwoMolecules()
+    {
+        InteractionStage stage;
+        QDomDocument doc;
+        doc.setContent(QStringLiteral("<mli><boundingRect x='7' y='9'/><mol psiimId='%1'/>"
+                                      "<mol psiimId='nix'/><mol psiimId='%1'/></mli>")
+                           .arg(stage.molA));
+        SdcMli mli(&stage.db);
+        QVERIFY(!mli.loadDom(QStringLiteral("mli1"), doc.documentElement(), nullptr));
+        const QString lines = stage.debugText();
+        QVERIFY2(lines.contains(QLatin1String("nix no such molecule")), qPrintable(lines));
+        QCOMPARE(mli.getListSdcMol().size(), 2);
+        QCOMPARE(mli.getListSdcBst().size(), 3);
+        QCOMPARE(mli.rowCount(), 2);
+        SdcMli none(nullptr);
+        QVERIFY(!none.loadDom(QString(), QDomElement(), nullptr));
+    }
+
+    void refusesWhatCannotBeStored_data()
+    {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<QString>("complaint");
+        QTest::newRow("no database") << "no database"
+                                     << "no database";
+        QTest::newRow("no bond") << "no bond"
+                                 << "needs one bond";
+        QTest::newRow("null bond") << "null"
+                                   << "needs one bond";
+        QTest::newRow("one site") << "one site"
+                                  << "needs one bond";
+        QTest::newRow("no rate") << "no rate"
+                                 << "give an assoc";
+        QTest::newRow("a molecule that is not stored") << "no id"
+                                                       << "save it first";
+        QTest::newRow("sites of one molecule") << "one molecule"
+                                               << "two sites of one molecule";
+        QTest::newRow("a molecule of another interaction") << "foreign"
+                                                           << "belongs to none of its molecules";
+        QTest::newRow("declared before") << "declared"
+                                         << "other joins the same sites";
+        QTest::newRow("a site that is gone") << "unknown site"
+                                             << "bst99";
+        QTest::newRow("closed database") << "closed"
+                                         << "open";
+    }
+
+    void refusesWhatCannotBeStored()
+    {
+        QFETCH(QString, fault);
+        QFETCH(QString, complaint);
+        Model model;
+        SdcMli *const mli = model.mli.get();
+        const auto is = [&fault](const char *name) { return fault == QLatin1String(name); };
+        std::unique_ptr<Sdc> taken;
+        if (is("no database"))
+            mli->setZelDbSqliteModel(nullptr);
+        if (is("no bond") || is("null"))
+            mli->removeSdcBstBstMli(model.bond);
+        if (is("null"))
+            mli->addSdcBstBstMli(nullptr);
+        if (is("one site") || is("one molecule"))
+            model.bond->removeSdcBst(model.bond->getSdcBst1());
+        if (is("one molecule"))
+            model.bond->addSdcBst(model.site(mli, 0, 0));
+        if (is("no rate"))
+            mli->setProperty(SdcProperty::DissociationRate, QString());
+        if (is("no id"))
+            model.bond->getSdcBst1()->clearProperty(SdcProperty::PsiimId);
+        if (is("unknown site"))
+            model.bond->getSdcBst1()->setProperty(SdcProperty::PsiimId, QStringLiteral("bst99"));
+        if (is("foreign")) {
+            taken.reset(mli->getChildSdcAtIndex(0));
+            mli->removeSdcChild(taken.get());
+        }
+        if (is("declared"))
+            QVERIFY(model.db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("other")},
+                {ZelDbColumn::Bst1, model.bond->getSdcBst2()->getPsiimId()},
+                {ZelDbColumn::Bst2, model.bond->getSdcBst1()->getPsiimId()}}));
+        const QStringList records = model.records();
+        if (is("closed"))
+            model.file.close();
+        const QHash<int, QString> properties = mli->getProperties();
+        QVERIFY(!mli->saveToDb());
+        const QStringList lines = takeDebugLines();
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(lines.first().startsWith(QLatin1String("Error found at bool SdcMli::saveToDb(): "))
+                && lines.first().contains(complaint),
+            qPrintable(lines.first()));
+        QCOMPARE(mli->getProperties(), properties);
+        if (!is("closed"))
+            QCOMPARE(model.records(), records);
+    }
+
+    void aHostsTransactionTakesASaveBack()
+    {
+        Model model;
+        {
+            ZelDbTransaction transaction(&model.file);
+            QVERIFY(model.mli->saveToDb());
+        }
+        QVERIFY(model.records().isEmpty());
+    }
+};
+
+ZEL_TEST(tst_SdcMliStorage)
+#include "tst_SdcMliStorage.moc"
