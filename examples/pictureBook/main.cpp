@@ -22,7 +22,8 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "pictureBook: cannot make the folder %s\n", argv[1]);
         return 1;
     }
-    const QList<Page> pages = moleculePages() + featurePages() + sitePages() + bondPages();
+    const QList<Page> pages =
+        moleculePages() + featurePages() + sitePages() + bondPages() + reactionPages();
     for (qsizetype i = 0; i < pages.size(); ++i) {
         const Page &page = pages.at(i);
         const QString footer = i == 0 ? QString() : QString::number(i);
