@@ -192,6 +192,15 @@ void Sdc::removeSelfFromParent()
     old->removeSdcChild(this);
 }
 
+QStringView Sdc::getPsiimIdView() const
+{
+    for (const auto &[k, value] : m_properties) {
+        if (k == SdcProperty::PsiimId)
+            return value;
+    }
+    return {};
+}
+
 QString Sdc::getPsiimId() const
 {
     return getProperty(SdcProperty::PsiimId);

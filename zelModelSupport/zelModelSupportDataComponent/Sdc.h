@@ -10,6 +10,7 @@
 #include <QRectF>
 #include <QStandardItem>
 #include <QString>
+#include <QStringView>
 #include <QTransform>
 
 #include <utility>
@@ -186,6 +187,10 @@ public:
     ZelDbSqliteModel *getZelDbSqliteModel() const;
     void setZelDbSqliteModel(ZelDbSqliteModel *model);
     QHash<int, QString> getProperties() const;
+    /// The stored id without a copy: valid until it changes.
+    QStringView getPsiimIdView() const;
+    /// The children without a copy: valid until they change.
+    const QList<Sdc *> &children() const { return m_children; }
     /// Whether the property was ever set, be it to an empty text.
     bool hasProperty(int key) const;
     void clearProperties();
@@ -219,7 +224,6 @@ protected:
     /// For the concrete kinds: type code and name from the start.
     Sdc(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent, int type, const QString &name);
 
-    const QList<Sdc *> &children() const { return m_children; }
     /// Empties the list without touching rows, texts or the children.
     void clearChildrenList();
     /// Replaces the order of the list; rows and texts stay as they are.

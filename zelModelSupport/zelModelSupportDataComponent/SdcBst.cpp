@@ -58,6 +58,11 @@ BindingStatusType SdcBst::getBindingStatus()
     return isInCpxBinding() ? BindingStatusBound : m_bindingStatus;
 }
 
+BindingStatusType SdcBst::getBindingStatusIn(const SdcCpx *cpx) const
+{
+    return isInBindingOf(cpx) ? BindingStatusBound : m_bindingStatus;
+}
+
 void SdcBst::setBindingStatus(BindingStatusType status)
 {
     m_bindingStatus = status;
@@ -106,12 +111,7 @@ QString SdcBst::bindingStatusName(int status)
 
 bool SdcBst::isInCpxBinding()
 {
-    if (m_bonds.isEmpty())
-        return false;
-    SdcCpx *const cpx = getParentSdcCpx();
-    return cpx && std::any_of(m_bonds.cbegin(), m_bonds.cend(), [cpx](SdcBstBst *bond) {
-        return bond->toSdcBstBstCpx() && cpx->hasSdcBstBstCpx(bond->toSdcBstBstCpx());
-    });
+    return !m_bonds.isEmpty() && isInBindingOf(getParentSdcCpx());
 }
 
 bool SdcBst::closeToBst(SdcBst *other)
@@ -217,4 +217,11 @@ void SdcBst::setHighlight(bool status, bool extendable)
     Sdc::setHighlight(status, extendable);
     if (m_zelEllipseItemBst)
         m_zelEllipseItemBst->setHighlight(status);
+}
+
+bool SdcBst::isInBindingOf(const SdcCpx *cpx) const
+{
+    return cpx && std::any_of(m_bonds.cbegin(), m_bonds.cend(), [cpx](const SdcBstBst *bond) {
+        return cpx->lists(bond);
+    });
 }

@@ -426,3 +426,9 @@ void SdcCpx::forgetBond(SdcBstBst *bond)
     m_bonds.removeIf([bond](SdcBstBstCpx *entry) { return entry == bond; });
     m_specisStaticSymmetryState = SymmetryUnknown;
 }
+
+bool SdcCpx::lists(const SdcBstBst *bond) const
+{
+    return std::any_of(m_bonds.cbegin(), m_bonds.cend(),
+        [bond](const SdcBstBstCpx *entry) { return entry == bond; });
+}

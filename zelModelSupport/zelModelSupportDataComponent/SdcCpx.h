@@ -221,9 +221,12 @@ public slots:
     void setHighlight(bool status);
 
 private:
+    friend class SdcBst;
     friend class SdcBstBst;
     friend class ZelSceneSideWindow;
     void forgetBond(SdcBstBst *bond);
+    /// hasSdcBstBstCpx() for a bond of whatever kind.
+    bool lists(const SdcBstBst *bond) const;
     bool loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
         const QPointF &refPos, bool limited);
     /// Rewrites the state code of an alias, which old shows as it was before the bonds changed.

@@ -12,6 +12,23 @@ namespace {
 
 constexpr QStringView HeadEnd = u"(2): ";
 
+struct Entry
+{
+    QStringView id;
+    SdcBst *site;
+};
+
+// As getListSdcBst(), without a list for each component.
+void collectSites(Sdc *sdc, QVarLengthArray<Entry, 16> *entries)
+{
+    if (SdcBst *site = sdc->toSdcBst())
+        entries->append({site->getPsiimIdView(), site});
+    for (Sdc *child : sdc->children()) {
+        if (child)
+            collectSites(child, entries);
+    }
+}
+
 } // namespace
 
 struct SdcCpxGraph::BondEnd
@@ -60,6 +77,26 @@ int SdcCpxGraph::find(const SdcMol *mol) const
     return at != m_mols.cend() && at->mol == mol ? static_cast<int>(at - m_mols.cbegin()) : None;
 }
 
+bool SdcCpxGraph::isConnected() const
+{
+    if (m_mols.isEmpty())
+        return false;
+    QVarLengthArray<bool, 16> seen(m_mols.size(), false);
+    QVarLengthArray<int, 16> reached{0};
+    seen[0] = true;
+    for (qsizetype i = 0; i < reached.size(); ++i) {
+        const Mol &mol = m_mols[reached[i]];
+        for (int k = mol.firstSite; k < mol.firstSite + mol.siteCount; ++k) {
+            const int partner = m_sites[k].partner;
+            if (partner == None || seen[partner])
+                continue;
+            seen[partner] = true;
+            reached.append(partner);
+        }
+    }
+    return reached.size() == m_mols.size();
+}
+
 void SdcCpxGraph::setFirst(int number)
 {
     m_first = number;
@@ -104,22 +141,15 @@ void SdcCpxGraph::addMols(const QList<SdcMol *> &molSet, const QList<SdcMol *> &
 
 void SdcCpxGraph::addTexts(Mol &mol, const BondEnds &ends, bool withStatuses)
 {
-    struct Entry
-    {
-        QString id;
-        SdcBst *site;
-    };
-    const QList<SdcBst *> sites = mol.mol->getListSdcBst();
     QVarLengthArray<Entry, 16> sorted;
-    for (SdcBst *site : sites)
-        sorted.append({site->getPsiimId(), site});
+    collectSites(mol.mol, &sorted);
     const auto isLess = [](const Entry &a, const Entry &b) { return a.id < b.id; };
     if (!std::is_sorted(sorted.cbegin(), sorted.cend(), isLess))
         std::stable_sort(sorted.begin(), sorted.end(), isLess);
 
     mol.head.begin = m_units.size();
     append(u"[");
-    append(mol.mol->getPsiimId());
+    append(mol.mol->getPsiimIdView());
     append(HeadEnd);
     mol.head.size = m_units.size() - mol.head.begin;
     mol.firstSite = static_cast<int>(m_sites.size());
@@ -144,7 +174,7 @@ void SdcCpxGraph::addSite(
     if (end == ends.cend() || end->site != site) {
         append(u"0");
     } else if (end->partner) { // a bond that has lost its other site leads nowhere
-        append(end->partner->getPsiimId());
+        append(end->partner->getPsiimIdView());
         if (withStatuses)
             appendStatus(end->partner);
         if (const SdcMol *partnerMol = end->partner->getParentSdcMol())

@@ -59,6 +59,9 @@ public:
     QStringView head(int number) const;
     int first() const { return m_first; }
     bool hasDoublyBound() const { return m_hasDoublyBound; }
+    /// Whether bonds join all molecules. Without doubly bound sites only: the tables hold one bond
+    /// for each site.
+    bool isConnected() const;
     /// None for a molecule that is in none of the lists.
     int find(const SdcMol *mol) const;
 

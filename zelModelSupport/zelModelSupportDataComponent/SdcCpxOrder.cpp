@@ -21,20 +21,31 @@ using Ties = SdcCpxRanking::Ties;
 namespace {
 
 // "(mol-0)s2-(mol-1)t1", the sites in order of their texts.
-QString interactionText(SdcBstBst *bond, const Mols &mols)
+void appendSiteText(QString *text, SdcBst *site, const Mols &mols)
 {
-    const auto siteText = [&mols](SdcBst *site) {
-        return QLatin1String("(mol-") + QString::number(mols.indexOf(site->getParentSdcMol()))
-            + u')' + site->getPsiimId();
-    };
-    const QList<SdcBst *> sites = bond->getListSdcBst();
-    if (sites.isEmpty())
-        return {};
-    const QString first = siteText(sites.first());
-    if (sites.size() == 1)
+    *text += QLatin1String("(mol-");
+    *text += QString::number(mols.indexOf(site->getParentSdcMol()));
+    *text += u')';
+    *text += site->getPsiimIdView();
+}
+
+QString interactionText(const SdcBstBst *bond, const Mols &mols)
+{
+    SdcBst *const site1 = bond->getSdcBst1();
+    SdcBst *const site2 = bond->getSdcBst2();
+    QString first;
+    first.reserve(48);
+    if (site1)
+        appendSiteText(&first, site1, mols);
+    if (!site2)
         return first;
-    const QString second = siteText(sites.at(1));
-    return second < first ? second + u'-' + first : first + u'-' + second;
+    QString second;
+    second.reserve(48);
+    appendSiteText(&second, site2, mols);
+    if (second < first)
+        first.swap(second);
+    first += u'-';
+    return first += second;
 }
 
 } // namespace
@@ -135,11 +146,12 @@ Mols SdcCpx::getRankedListMol(bool considerBstStatus, bool considerMcpState)
 void SdcCpx::reRankMols(bool considerBstStatus, bool considerMcpState)
 {
     m_listMolPrevIndices.clear();
-    if (!areAllConnected()) {
+    SdcCpxRanking ranking(getChildMolList(), toListSdcBstBst(m_bonds));
+    const SdcCpxGraph &graph = ranking.graph();
+    if (graph.hasDoublyBound() ? !areAllConnected() : !graph.isConnected()) {
         m_specisStaticSymmetryState = SymmetryUnknown;
         return;
     }
-    SdcCpxRanking ranking(getChildMolList(), toListSdcBstBst(m_bonds));
     if (m_specisStaticSymmetryState == SymmetryUnknown)
         m_specisStaticSymmetryState =
             ranking.frontSet(false).size() >= 2 ? SymmetricSpecies : AsymmetricSpecies;
@@ -285,7 +297,7 @@ QString SdcCpx::getCpxFingerPrint(const Mols &listMol, const Bonds &listSbb)
 {
     QStringList interactions;
     interactions.reserve(listSbb.size());
-    for (SdcBstBst *bond : listSbb) {
+    for (const SdcBstBst *bond : listSbb) {
         if (bond)
             interactions.append(interactionText(bond, listMol));
     }
@@ -296,7 +308,7 @@ QString SdcCpx::getCpxFingerPrint(const Mols &listMol, const Bonds &listSbb)
         if (i > 0)
             text += QLatin1String(", ");
         if (const SdcMol *mol = listMol.at(i))
-            text += mol->getPsiimId();
+            text += mol->getPsiimIdView();
     }
     text += QLatin1String("]; Interactions[");
     for (qsizetype i = 0; i < interactions.size(); ++i) {

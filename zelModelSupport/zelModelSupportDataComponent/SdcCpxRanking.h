@@ -31,6 +31,7 @@ public:
         const Mols &molSet, const Bonds &bonds, bool withStatuses = false, const Mols &others = {});
     Q_DISABLE_COPY_MOVE(SdcCpxRanking)
 
+    const SdcCpxGraph &graph() const { return m_graph; }
     void setRanked(const Mols &ranked);
     /// The molecule that signatures mark; null and one that is nowhere mark nothing.
     void setFirstMol(SdcMol *firstMol);

@@ -67,7 +67,7 @@ private:
     void appendId(Sdc *sdc)
     {
         append(QLatin1String(" id=\""));
-        m_text += sdc->getPsiimId();
+        m_text += sdc->getPsiimIdView();
         m_text += u'"';
     }
 
@@ -78,6 +78,7 @@ private:
             appendId(mol);
         appendPos(pos);
         m_text += u'>';
+        m_cpx = mol->getParentSdcCpx();
         qsizetype count = 0;
         writeMcps(mol, &count);
         append(QLatin1String("</mol>"));
@@ -87,8 +88,7 @@ private:
     {
         if (SdcMcp *mcp = sdc->toSdcMcp())
             writeMcp(mcp, ++*count);
-        const QList<Sdc *> children = sdc->getListSdcChildren();
-        for (Sdc *child : children) {
+        for (Sdc *child : sdc->children()) {
             if (child && !child->isSdcBst())
                 writeMcps(child, count);
         }
@@ -141,8 +141,7 @@ private:
     {
         if (SdcBst *bst = sdc->toSdcBst())
             writeSite(bst, ++*count);
-        const QList<Sdc *> children = sdc->getListSdcChildren();
-        for (Sdc *child : children) {
+        for (Sdc *child : sdc->children()) {
             if (child)
                 writeSites(child, count);
         }
@@ -153,7 +152,7 @@ private:
         append(QLatin1String("<bst"));
         appendId(bst);
         appendPos(pos);
-        const BindingStatusType status = bst->getBindingStatus();
+        const BindingStatusType status = bst->getBindingStatusIn(m_cpx);
         if (status == BindingStatusBound)
             append(QLatin1String(" bindingStatus=\"Bound\""));
         else if (status == BindingStatusUnbound)
@@ -162,6 +161,7 @@ private:
     }
 
     QString m_text;
+    const SdcCpx *m_cpx = nullptr; // that of the molecule that is being written
     Content m_content;
     bool m_withMolPsiimId;
 };
