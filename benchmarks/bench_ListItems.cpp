@@ -1,5 +1,6 @@
 // Lists of records against selecting the same rows and making bare list entries.
 
+#include "support/BareDatabase.h"
 #include "support/ZelBenchmark.h"
 
 #include "zelDb/ZelDbSqlite.h"
@@ -7,36 +8,22 @@
 #include "zelModelSupport/support/zgs.h"
 
 #include <QStandardItem>
-#include <QTemporaryDir>
 
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
-#include <sqlite3.h>
 #include <vector>
 
 namespace C = ZelDbColumn;
+
+using ZelBenchmark::giveUp;
 
 namespace {
 
 constexpr int RecordsOfKind = 2500;
 
-[[noreturn]] void giveUp(const QString &why)
-{
-    std::fprintf(stderr, "bench_ListItems: %s\n", qPrintable(why));
-    std::exit(2);
-}
-
 struct Listed
 {
     int kind;
     QString psiimId;
-};
-
-struct Statement
-{
-    QByteArray text;
-    QByteArray value;
 };
 
 std::unique_ptr<QStandardItem> itemOf(ZelDbSqliteModel *db, const Listed &listed)
@@ -56,7 +43,7 @@ public:
     }
 
     std::vector<Listed> list;
-    std::vector<Statement> statements;
+    std::vector<BareStatement> statements;
     ZelDbSqlite file;
     ZelDbSqliteModel db{&file};
 
@@ -89,52 +76,12 @@ private:
         if (!transaction.commit())
             giveUp(db.errorText());
         file.setStatementObserver([this](const QString &text, const QVariantList &values) {
-            statements.push_back({text.toUtf8(), values.value(0).toString().toUtf8()});
+            statements.push_back({text.toUtf8(), values});
         });
         for (const Listed &listed : list)
             itemOf(&db, listed);
         file.setStatementObserver({});
     }
-};
-
-/// The same model through SQLite's C interface.
-class Bare
-{
-public:
-    Bare()
-    {
-        const QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("copy.zel"));
-        if (!Model::instance().file.backupTo(path))
-            giveUp(QStringLiteral("no backup"));
-        sqlite3 *file = nullptr;
-        sqlite3_open(path.toUtf8().constData(), &file);
-        sqlite3_open(":memory:", &m_db);
-        sqlite3_backup *backup = sqlite3_backup_init(m_db, "main", file, "main");
-        sqlite3_backup_step(backup, -1);
-        sqlite3_backup_finish(backup);
-        sqlite3_close(file);
-    }
-
-    void select(const Statement &statement)
-    {
-        sqlite3_stmt *&prepared = m_prepared[statement.text];
-        if (!prepared
-            && sqlite3_prepare_v2(m_db, statement.text.constData(), -1, &prepared, nullptr)
-                != SQLITE_OK)
-            giveUp(QString::fromUtf8(sqlite3_errmsg(m_db)));
-        sqlite3_bind_text(prepared, 1, statement.value.constData(),
-            static_cast<int>(statement.value.size()), SQLITE_TRANSIENT);
-        while (sqlite3_step(prepared) == SQLITE_ROW) {
-            for (int i = 0; i < sqlite3_column_count(prepared); ++i)
-                benchmark::DoNotOptimize(sqlite3_column_text16(prepared, i)); // as texts need it
-        }
-        sqlite3_reset(prepared);
-    }
-
-private:
-    sqlite3 *m_db = nullptr;
-    QHash<QByteArray, sqlite3_stmt *> m_prepared;
 };
 
 void listing(benchmark::State &state)
@@ -151,11 +98,10 @@ void listing(benchmark::State &state)
 
 void listingBare(benchmark::State &state)
 {
-    static Bare *const bare = new Bare;
+    static BareDatabase bare(&Model::instance().file, BareDatabase::Texts::Utf16);
     const QString text = QStringLiteral("Complex: name1  - - ( degradation rate: 0.5/s )");
     for (auto _ : state) {
-        for (const Statement &statement : Model::instance().statements)
-            bare->select(statement);
+        bare.run(Model::instance().statements);
         std::vector<std::unique_ptr<QStandardItem>> items;
         for (std::size_t i = 0; i < Model::instance().list.size(); ++i)
             items.push_back(std::make_unique<QStandardItem>(text));

@@ -1,5 +1,6 @@
 // Saving and loading a molecule, against the same statements through bare prepared statements.
 
+#include "support/BareDatabase.h"
 #include "support/ZelBenchmark.h"
 
 #include "zelDb/ZelDbSqlite.h"
@@ -11,32 +12,18 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
-#include <QHash>
-#include <QTemporaryDir>
 #include <QVariant>
 
-#include <cstdlib>
 #include <memory>
-#include <sqlite3.h>
 #include <utility>
 #include <vector>
+
+using ZelBenchmark::giveUp;
 
 namespace {
 
 constexpr int Components = 100;
 constexpr int Sites = 5;
-
-struct Statement
-{
-    QByteArray text;
-    QVariantList values;
-};
-
-[[noreturn]] void giveUp(const QString &why)
-{
-    std::fprintf(stderr, "bench_MolStorage: %s\n", qPrintable(why));
-    std::exit(2);
-}
 
 /// A model in memory that holds the molecule, and what saving and loading it asks of the database.
 class Fixture
@@ -60,14 +47,14 @@ public:
         return loaded.loadFromDb(mol->getPsiimId());
     }
 
-    bool backupTo(const QString &path) { return m_file.backupTo(path); }
+    ZelDbSqlite *file() { return &m_file; }
 
     ZelDbSqlite m_file;
     ZelDbSqliteModel db{&m_file};
     ZelScene scene{nullptr};
     std::unique_ptr<SdcMol> mol = std::make_unique<SdcMol>(&db);
-    std::vector<Statement> saving;
-    std::vector<Statement> loading;
+    std::vector<BareStatement> saving;
+    std::vector<BareStatement> loading;
 
 private:
     void addComponent(int index)
@@ -90,9 +77,9 @@ private:
     }
 
     template <typename F>
-    std::vector<Statement> record(F &&run)
+    std::vector<BareStatement> record(F &&run)
     {
-        std::vector<Statement> list;
+        std::vector<BareStatement> list;
         m_file.setStatementObserver([&](const QString &text, const QVariantList &values) {
             list.push_back({text.toUtf8(), values});
         });
@@ -110,70 +97,10 @@ Fixture &fixture()
     return *instance;
 }
 
-/// The same model through SQLite's C interface: each distinct statement prepared once.
-class Bare
+BareDatabase &bare()
 {
-public:
-    Bare()
-    {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("copy.zel"));
-        if (!fixture().backupTo(path))
-            giveUp(QStringLiteral("no backup"));
-        sqlite3 *file = nullptr;
-        sqlite3_open(path.toUtf8().constData(), &file);
-        sqlite3_open(":memory:", &m_db);
-        sqlite3_backup *backup = sqlite3_backup_init(m_db, "main", file, "main");
-        sqlite3_backup_step(backup, -1);
-        sqlite3_backup_finish(backup);
-        sqlite3_close(file);
-        sqlite3_exec(m_db, "PRAGMA foreign_keys=ON", nullptr, nullptr, nullptr);
-    }
-
-    void run(const std::vector<Statement> &statements)
-    {
-        for (const Statement &statement : statements) {
-            sqlite3_stmt *&prepared = m_prepared[statement.text];
-            if (!prepared
-                && sqlite3_prepare_v2(m_db, statement.text.constData(), -1, &prepared, nullptr)
-                    != SQLITE_OK)
-                giveUp(QString::fromUtf8(sqlite3_errmsg(m_db)));
-            int index = 0;
-            for (const QVariant &value : statement.values)
-                bind(prepared, ++index, value);
-            int code = SQLITE_ROW;
-            while ((code = sqlite3_step(prepared)) == SQLITE_ROW) {
-                for (int i = 0; i < sqlite3_column_count(prepared); ++i)
-                    benchmark::DoNotOptimize(sqlite3_column_text(prepared, i));
-            }
-            if (code != SQLITE_DONE)
-                giveUp(QString::fromUtf8(sqlite3_errmsg(m_db)));
-            sqlite3_reset(prepared);
-        }
-    }
-
-private:
-    static void bind(sqlite3_stmt *prepared, int index, const QVariant &value)
-    {
-        if (value.isNull()) {
-            sqlite3_bind_null(prepared, index);
-        } else if (value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong) {
-            sqlite3_bind_int64(prepared, index, value.toLongLong());
-        } else {
-            const QByteArray text = value.toString().toUtf8();
-            sqlite3_bind_text(
-                prepared, index, text.constData(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
-        }
-    }
-
-    sqlite3 *m_db = nullptr;
-    QHash<QByteArray, sqlite3_stmt *> m_prepared;
-};
-
-Bare &bare()
-{
-    static Bare *const instance = new Bare;
-    return *instance;
+    static BareDatabase instance(fixture().file(), BareDatabase::Texts::Utf8);
+    return instance;
 }
 
 void save(benchmark::State &state)
@@ -196,14 +123,14 @@ void load(benchmark::State &state)
 
 void saveBare(benchmark::State &state)
 {
-    Bare &db = bare();
+    BareDatabase &db = bare();
     for (auto _ : state)
         db.run(fixture().saving);
 }
 
 void loadBare(benchmark::State &state)
 {
-    Bare &db = bare();
+    BareDatabase &db = bare();
     for (auto _ : state)
         db.run(fixture().loading);
 }

@@ -21,6 +21,8 @@ void draw(benchmark::State &state, bool cached)
 {
     ReactionModel &model = ReactionModel::instance();
     for (auto _ : state) {
+        // A write, so that nothing that was read in the last round is good any more.
+        model.db()->caiInsert({{ZelDbColumn::PsiimId, model.associations().first()}});
         QHash<QString, QPixmap> cache;
         for (const QString &id : model.associations()) {
             const QPixmap picture = zgs::getPixMapForAssociation(
@@ -66,8 +68,7 @@ void graphProgram(benchmark::State &state)
     }
     const QTemporaryDir dir;
     QFile graphs(dir.filePath(QStringLiteral("graphs.gv")));
-    const QByteArray text =
-        ReactionModel::instance().graphs(ComplexSize.width(), ComplexSize.height());
+    const QByteArray text = ReactionModel::instance().graphs(ComplexSize);
     if (!graphs.open(QIODevice::WriteOnly) || graphs.write(text) != text.size()) {
         state.SkipWithError("the graphs could not be written");
         return;
@@ -91,7 +92,7 @@ const bool registered[] = {
     ZelBenchmark::ratio("1000 pictures of associations / graph drawing program",
         "associations/repeats:3/real_time", "graphProgram/repeats:3/real_time", 1.0 / 8.0),
     ZelBenchmark::ratio("the same, each species anew / graph drawing program",
-        "associationsUncached/repeats:3/real_time", "graphProgram/repeats:3/real_time", 1.0 / 8.0),
+        "associationsUncached/repeats:3/real_time", "graphProgram/repeats:3/real_time", 1.0 / 4.0),
     ZelBenchmark::ratio("the same again / the first time", "associationsKept/repeats:3/real_time",
         "associations/repeats:3/real_time", 0.1),
 };

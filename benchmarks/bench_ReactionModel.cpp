@@ -1,5 +1,6 @@
 #include "bench_ReactionModel.h"
 
+#include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
@@ -12,8 +13,10 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 
 namespace {
 
@@ -25,6 +28,8 @@ constexpr double MolGap = 24.0;
 constexpr double SiteSize = 12.0;
 constexpr double UnitsPerInch = 72.0;
 constexpr double PixelsPerInch = 96.0;
+constexpr double Margin = 1.1; // of the drawing, that its picture shows
+constexpr double LabelShare = 0.6; // of a site's height, that its label's font has
 
 [[noreturn]] void giveUp(const QString &why)
 {
@@ -36,33 +41,36 @@ constexpr double PixelsPerInch = 96.0;
 class GraphWriter
 {
 public:
-    GraphWriter(int width, int height)
-    {
-        m_text = "graph g {\nsize=\"" + number(width / PixelsPerInch) + ','
-            + number(height / PixelsPerInch) + "!\" dpi=96 bgcolor=transparent pad=0\n"
-            + "node [label=\"\" style=filled fixedsize=true fontname=\"DejaVu Sans\" fontsize=6]\n";
-    }
+    explicit GraphWriter(const QSize &size) : m_size(size) { }
 
     QByteArray write(const QGraphicsScene &scene)
     {
+        // The part of the scene that the picture shows, as its only page.
+        const QRectF bounds = scene.itemsBoundingRect();
+        m_scale = std::min(m_size.width() / (bounds.width() * Margin),
+            m_size.height() / (bounds.height() * Margin));
+        const double points = UnitsPerInch / PixelsPerInch; // of a pixel
+        m_text = "graph g {\nviewport=\"" + number(m_size.width() * points) + ','
+            + number(m_size.height() * points) + ',' + number(m_scale * points)
+            + "\" dpi=96 bgcolor=transparent pad=0\n"
+            + "node [label=\"\" style=filled fixedsize=true fontname=\"DejaVu Sans\"]\n";
         const QList<QGraphicsItem *> items = scene.items(Qt::AscendingOrder);
-        QList<QPair<QGraphicsItem *, QGraphicsItem *>> edges;
         for (QGraphicsItem *item : items) {
-            if (!item->isVisible())
-                continue;
             if (ZelEllipseItemBst *site = ZelGItem::toZelEllipseItemBst(item))
-                node(item, site->mapRectToScene(site->rect()), "ellipse", site->brush().color(),
-                    site->getLabel());
+                node(item, site->rect(), "ellipse", site->brush().color(), shownLabel(site));
             else if (ZelEllipseItemMcp *mcp = ZelGItem::toZelEllipseItemMcp(item))
-                node(item, mcp->mapRectToScene(mcp->rect()), "ellipse", mcp->brush().color());
+                node(item, mcp->rect(), "ellipse", mcp->brush().color());
             else if (ZelRectItemMcpSticky *sticky = ZelGItem::toZelRectItemMcpSticky(item))
-                node(item, sticky->mapRectToScene(sticky->rect()), "box", sticky->getColor());
-            else if (auto *line = dynamic_cast<ZelLineItemMcpMcp *>(item))
-                edge(line->mapToScene(line->line().p1()), line->mapToScene(line->line().p2()),
-                    "style=dotted");
-            else if (auto *bond = dynamic_cast<ZelLineItemBstBst *>(item))
-                edge(bond->mapToScene(bond->line().p1()), bond->mapToScene(bond->line().p2()),
-                    "color=blue");
+                node(item, sticky->rect(), "box", sticky->getColor());
+        }
+        for (QGraphicsItem *item : items) {
+            if (auto *line = dynamic_cast<ZelLineItemMcpMcp *>(item)) {
+                ZelEllipseItemMcp *const mcp = ZelGItem::toZelEllipseItemMcp(line->parentItem());
+                edge(mcp, line->getPartner(mcp), "dotted", Qt::black);
+            } else if (auto *bond = dynamic_cast<ZelLineItemBstBst *>(item)) {
+                edge(siteAt(scene, bond->line().p1()), siteAt(scene, bond->line().p2()), "solid",
+                    bond->pen().color());
+            }
         }
         return m_text + "}\n";
     }
@@ -70,32 +78,61 @@ public:
 private:
     static QByteArray number(double value) { return QByteArray::number(value, 'f', 3); }
 
-    static QByteArray position(const QPointF &p)
+    // Neither side draws labels that nobody can read.
+    QString shownLabel(const ZelEllipseItemBst *site) const
     {
-        return "pos=\"" + number(p.x()) + ',' + number(-p.y()) + "!\"";
+        const bool isShown =
+            site->rect().height() * m_scale >= zel::drawing::SiteLabelLeastDeviceHeight;
+        return isShown ? site->getLabel() : QString();
     }
 
-    void node(QGraphicsItem *, const QRectF &rect, const char *shape, const QColor &color,
+    // A drawing in the side window has lost the components that its bonds join.
+    static const QGraphicsItem *siteAt(const QGraphicsScene &scene, const QPointF &end)
+    {
+        const QRectF around(end - QPointF(SiteSize, SiteSize), QSizeF(2 * SiteSize, 2 * SiteSize));
+        const QList<QGraphicsItem *> items = scene.items(around);
+        const auto distance = [&end](QGraphicsItem *item) {
+            return ZelGItem::toZelEllipseItemBst(item)
+                ? QLineF(item->sceneBoundingRect().center(), end).length()
+                : std::numeric_limits<double>::infinity();
+        };
+        return *std::min_element(items.cbegin(), items.cend(),
+            [&](QGraphicsItem *a, QGraphicsItem *b) { return distance(a) < distance(b); });
+    }
+
+    void node(const QGraphicsItem *item, const QRectF &rect, const char *shape, const QColor &color,
         const QString &label = {})
     {
-        m_text += 'n' + QByteArray::number(m_nodes++) + " [" + position(rect.center())
-            + " width=" + number(rect.width() / UnitsPerInch) + " height="
-            + number(rect.height() / UnitsPerInch) + " shape=" + shape + " fillcolor=\""
-            + color.name().toLatin1() + "\" label=\"" + label.toLatin1() + "\"]\n";
+        const QPointF centre = item->mapToScene(rect.center());
+        m_text += name(item) + " [pos=\"" + number(centre.x()) + ',' + number(-centre.y())
+            + "!\" width=" + number(rect.width() / UnitsPerInch)
+            + " height=" + number(rect.height() / UnitsPerInch) + " shape=" + shape
+            + " fillcolor=\"" + color.name().toLatin1() + '"';
+        if (!label.isEmpty())
+            m_text += " label=\"" + label.toLatin1()
+                + "\" fontsize=" + number(rect.height() * LabelShare);
+        m_text += "]\n";
     }
 
-    // A line has ends of its own: they need no clipping at other nodes.
-    void edge(const QPointF &from, const QPointF &to, const char *style)
+    void edge(
+        const QGraphicsItem *from, const QGraphicsItem *to, const char *style, const QColor &color)
     {
-        const QByteArray a = 'n' + QByteArray::number(m_nodes++);
-        const QByteArray b = 'n' + QByteArray::number(m_nodes++);
-        m_text += a + " [" + position(from) + " shape=point width=0 style=invis]\n" + b + " ["
-            + position(to) + " shape=point width=0 style=invis]\n" + a + " -- " + b + " [" + style
-            + "]\n";
+        m_text += name(from) + " -- " + name(to) + " [style=" + style + " color=\""
+            + color.name().toLatin1() + "\"]\n";
     }
 
+    QByteArray name(const QGraphicsItem *item)
+    {
+        const auto known = m_numbers.constFind(item);
+        return 'n'
+            + QByteArray::number(
+                known != m_numbers.cend() ? *known : *m_numbers.insert(item, m_numbers.size()));
+    }
+
+    QSize m_size;
+    double m_scale = 1.0; // pixels for a unit
     QByteArray m_text;
-    int m_nodes = 0;
+    QHash<const QGraphicsItem *, qsizetype> m_numbers;
 };
 
 } // namespace
@@ -201,7 +238,7 @@ QString ReactionModel::alias(const QString &types)
     return id;
 }
 
-QByteArray ReactionModel::graphs(int width, int height)
+QByteArray ReactionModel::graphs(const QSize &size)
 {
     QByteArray text;
     QHash<QString, QByteArray> known;
@@ -213,7 +250,7 @@ QByteArray ReactionModel::graphs(int width, int height)
             if (graph.isEmpty()) {
                 ZelSceneSideWindow scene;
                 scene.loadCpa(record.value(column), &m_db);
-                graph = GraphWriter(width, height).write(scene);
+                graph = GraphWriter(size).write(scene);
             }
             text += graph;
         }

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QRandomGenerator>
+#include <QSize>
 #include <QStringList>
 
 /// A model in memory with 1,000 associations whose results have 2 to 6 molecules.
@@ -19,8 +20,8 @@ public:
     ZelDbSqliteModel *db() { return &m_db; }
     const QStringList &associations() const { return m_associations; }
     /// The same species as graphs with given positions, three for each association in turn, each
-    /// to be drawn in so many pixels.
-    QByteArray graphs(int width, int height);
+    /// to be drawn in that many pixels.
+    QByteArray graphs(const QSize &size);
 
 private:
     ReactionModel();

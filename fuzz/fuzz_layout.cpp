@@ -42,6 +42,13 @@ QDomElement elementOf(QDomDocument *doc, const QString &text, const char *tag, b
                       : QDomElement();
 }
 
+void requireSamePlaces(Sdc *fromDocument, Sdc *fromStream)
+{
+    const QString actual = fromDocument->getGraphicsInfo();
+    const QString expected = fromStream->getGraphicsInfo();
+    require(actual == expected, "the same places", actual, expected);
+}
+
 void readMolecule(const QString &text, ZelScene *scene)
 {
     ZelDbSqliteModel &db = FuzzModel::instance().db;
@@ -57,8 +64,7 @@ void readMolecule(const QString &text, ZelScene *scene)
     require(fromDocument.loadDom(MolId, element, scene, QPointF(0.0, 0.0), false), "a molecule");
     checkParts(&fromDocument, 3, 3);
     if (!isRefused)
-        require(fromDocument.getGraphicsInfo() == mol.getGraphicsInfo(), "the same places",
-            fromDocument.getGraphicsInfo(), mol.getGraphicsInfo());
+        requireSamePlaces(&fromDocument, &mol);
 }
 
 void readComplex(const QString &text, ZelScene *scene)
@@ -75,8 +81,7 @@ void readComplex(const QString &text, ZelScene *scene)
     require(fromDocument.loadDom(CpxId, element, scene, QPointF(0.0, 0.0), true), "a complex");
     checkParts(&fromDocument, 7, 8);
     if (!isRefused)
-        require(fromDocument.getGraphicsInfo() == cpx.getGraphicsInfo(), "the same places",
-            fromDocument.getGraphicsInfo(), cpx.getGraphicsInfo());
+        requireSamePlaces(&fromDocument, &cpx);
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 #include <QSqlError>
 #include <QUuid>
 
+#include <atomic>
+
 namespace {
 
 constexpr int MaxCachedStatements = 512;
@@ -36,6 +38,7 @@ ZelDbConnection::~ZelDbConnection()
 bool ZelDbConnection::connect(const QString &path, bool readOnly)
 {
     disconnect();
+    noteChange();
     m_path = path;
     m_readOnly = readOnly;
     if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QSQLITE"))) {
@@ -77,6 +80,7 @@ bool ZelDbConnection::execute(const QString &statement)
 {
     if (refuseBroken())
         return false;
+    noteChange();
     QSqlQuery query(m_db);
     query.setForwardOnly(true);
     const bool ok = query.exec(statement);
@@ -92,12 +96,13 @@ bool ZelDbConnection::write(const QString &statement, const QVariantList &values
 {
     if (refuseBroken())
         return false;
-    QSqlQuery *query = start(statement, values);
+    noteChange();
+    const std::shared_ptr<QSqlQuery> query = start(statement, values);
     if (!query)
         return false;
     if (affected)
         *affected = query->numRowsAffected();
-    return finish(query, statement, values);
+    return finish(query.get(), statement, values);
 }
 
 QVariant ZelDbConnection::value(const QString &statement, const QVariantList &values)
@@ -119,7 +124,8 @@ QStringList ZelDbConnection::column(const QString &statement, const QVariantList
     return ok ? texts : QStringList();
 }
 
-QSqlQuery *ZelDbConnection::start(const QString &statement, const QVariantList &values)
+std::shared_ptr<QSqlQuery> ZelDbConnection::start(
+    const QString &statement, const QVariantList &values)
 {
     auto it = m_queries.constFind(statement);
     if (it == m_queries.constEnd()) {
@@ -133,7 +139,7 @@ QSqlQuery *ZelDbConnection::start(const QString &statement, const QVariantList &
         }
         it = m_queries.insert(statement, std::move(query));
     }
-    QSqlQuery *query = it->get();
+    const std::shared_ptr<QSqlQuery> query = *it;
     for (qsizetype i = 0; i < values.size(); ++i)
         query->bindValue(int(i), values.at(i));
     if (!query->exec()) {
@@ -331,6 +337,7 @@ void ZelDbConnection::rollback(int level, int serial, bool forget)
 
 void ZelDbConnection::rollbackTop(bool forget)
 {
+    noteChange();
     const auto undo = [this](const QString &statement) {
         // Fails only where SQLite has rolled back by itself already.
         QSqlQuery query(m_db);
@@ -358,6 +365,12 @@ void ZelDbConnection::rollbackTop(bool forget)
         QStringList &outer = below.failures;
         outer.append(top.failures.first(qMin(top.failures.size(), MaxFailures - outer.size())));
     }
+}
+
+void ZelDbConnection::noteChange()
+{
+    static std::atomic<quint64> last = 0;
+    m_changeNumber = ++last;
 }
 
 QStringList ZelDbConnection::failures(int level, int serial) const

@@ -45,12 +45,13 @@ public:
     template <typename Row>
     bool read(const QString &statement, const QVariantList &values, Row row)
     {
-        QSqlQuery *query = start(statement, values);
+        // Kept alive here: what `row` asks may clear the cache.
+        const std::shared_ptr<QSqlQuery> query = start(statement, values);
         if (!query)
             return false;
         while (query->next())
             row(*query);
-        return finish(query, statement, values);
+        return finish(query.get(), statement, values);
     }
     /// The first column of the first row, null when there is none.
     QVariant value(const QString &statement, const QVariantList &values = {});
@@ -79,6 +80,9 @@ public:
     int depth() const { return int(m_levels.size()); }
     QStringList failures(int level, int serial) const;
 
+    /// A number that no connection had before the last change through this one.
+    quint64 changeNumber() const { return m_changeNumber; }
+
     /// The greatest number handed out for a tag in this session, so that a rolled-back transaction
     /// does not hand it out again.
     QHash<QString, qint64> &handedOut() { return m_handedOut; }
@@ -97,12 +101,13 @@ private:
         QStringList failures;
     };
 
-    QSqlQuery *start(const QString &statement, const QVariantList &values);
+    std::shared_ptr<QSqlQuery> start(const QString &statement, const QVariantList &values);
     bool finish(QSqlQuery *query, const QString &statement, const QVariantList &values);
     bool failStatement(const QSqlError &error);
     bool control(const QString &statement);
     bool refuseBroken();
     void rollbackTop(bool forget);
+    void noteChange();
 
     QString m_name;
     QString m_path;
@@ -117,6 +122,7 @@ private:
     bool m_broken = false;
     ZelDbSqlite::Error m_error = ZelDbSqlite::NoError;
     QString m_errorText;
+    quint64 m_changeNumber = 0;
     QHash<QString, qint64> m_handedOut;
     QHash<QPair<int, quint64>, QString> m_statementTexts;
 };

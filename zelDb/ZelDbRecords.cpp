@@ -121,6 +121,34 @@ ZelDbRecord ZelDbRecords::read(
     return ok ? record : ZelDbRecord();
 }
 
+bool ZelDbRecords::visit(ZelDbConnection *connection, const ZelDbKind &kind,
+    const QList<int> &columns, const std::function<bool(const ZelDbRecord &)> &visit)
+{
+    if (!connection)
+        return false;
+    QString names;
+    for (const int column : columns) {
+        const ZelDbColumnInfo *const info = kind.find(column);
+        if (!info) {
+            return connection->fail(ZelDbSqlite::InvalidInput,
+                QLatin1String("A %1 has no column %2; ask for those that it has.")
+                    .arg(QLatin1String(kind.title), QString::number(column)));
+        }
+        names += QLatin1String(", +") + QLatin1String(info->name);
+    }
+    bool goesOn = true;
+    return connection->read(QLatin1String("SELECT +psiimId%1 FROM %2 ORDER BY rowNumber")
+                                .arg(names, QLatin1String(kind.word)),
+        {}, [&](const QSqlQuery &row) {
+            if (!goesOn)
+                return;
+            ZelDbRecord record{{ZelDbColumn::PsiimId, row.value(0).toString()}};
+            for (qsizetype i = 0; i < columns.size(); ++i)
+                record.insert(columns.at(i), row.value(static_cast<int>(i) + 1).toString());
+            goesOn = visit(record);
+        });
+}
+
 QString ZelDbRecords::text(ZelDbConnection *connection, const ZelDbKind &kind,
     const char *columnName, const QString &psiimId)
 {

@@ -4,6 +4,8 @@
 #include "zelDb/ZelDbSchema.h"
 #include "zelDb/ZelDbTypes.h"
 
+#include <functional>
+
 class ZelDbSqliteModel;
 
 /// What all kinds of records have in common, driven by the column lists of the schema.
@@ -25,6 +27,9 @@ inline QVariant reference(const QString &id)
 
 QStringList list(ZelDbConnection *connection, const ZelDbKind &kind);
 ZelDbRecord read(ZelDbConnection *connection, const ZelDbKind &kind, const QString &psiimId);
+/// Calls `visit` for each record with its id and the named columns, until it answers false.
+bool visit(ZelDbConnection *connection, const ZelDbKind &kind, const QList<int> &columns,
+    const std::function<bool(const ZelDbRecord &)> &visit);
 /// One column of a record; empty when unknown.
 QString text(ZelDbConnection *connection, const ZelDbKind &kind, const char *columnName,
     const QString &psiimId);

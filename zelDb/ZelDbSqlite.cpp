@@ -96,6 +96,17 @@ int ZelDbSqlite::currentSchemaVersion()
     return ZelDbSchema::Version;
 }
 
+QByteArray ZelDbSqlite::contentStamp()
+{
+    if (!m_connection->isOpen())
+        return {};
+    // The database's own number tells of commits by other connections only.
+    const QVariant others = m_connection->value(QStringLiteral("PRAGMA data_version"));
+    return others.isNull()
+        ? QByteArray()
+        : QByteArray::number(m_connection->changeNumber()) + ' ' + others.toByteArray();
+}
+
 ZelDbSqlite::Error ZelDbSqlite::error() const
 {
     return m_connection->error();

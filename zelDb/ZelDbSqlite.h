@@ -2,6 +2,7 @@
 
 #include "zelDb/ZelDbExport.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -69,6 +70,9 @@ public:
     int schemaVersion() const;
     /// The schema version that this library writes.
     static int currentSchemaVersion();
+    /// Stands for what is stored: as long as it stays the same, so does every record, whoever
+    /// writes. Never the same for two files; empty when it cannot be told.
+    QByteArray contentStamp();
     /// The last failure, here or in a model on this connection.
     Error error() const;
     QString errorText() const;

@@ -24,6 +24,23 @@ ZelDbConnection *ZelDbSqliteModel::openConnection() const
     return m_db ? m_db->openConnection() : nullptr;
 }
 
+bool ZelDbSqliteModel::visitRecords(int recordType, const QList<int> &columns,
+    const std::function<bool(const ZelDbRecord &)> &visit) const
+{
+    const ZelDbKind *const kind = ZelDbSchema::kind(recordType);
+    return kind && ZelDbRecords::visit(openConnection(), *kind, columns, visit);
+}
+
+qint64 ZelDbSqliteModel::countRecords(int recordType) const
+{
+    const ZelDbKind *const kind = ZelDbSchema::kind(recordType);
+    ZelDbConnection *const connection = openConnection();
+    const QVariant count = kind && connection
+        ? connection->value(QLatin1String("SELECT count(*) FROM ") + QLatin1String(kind->word))
+        : QVariant();
+    return count.isValid() ? count.toLongLong() : -1;
+}
+
 QString ZelDbSqliteModel::refGetReferences(const QString &kind, const QString &psiimId) const
 {
     return value(this, "SELECT +text FROM reference WHERE kind = ? AND id = ?", {kind, psiimId});

@@ -13,6 +13,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class ZelDbConnection;
 
 /// A feature state of a component as the database defines it.
@@ -50,6 +52,16 @@ public:
     ZelDbSqlite *database() const;
     /// Sentences for the user about the last operation that failed.
     QString errorText() const;
+
+    // All kinds of records (ZelDb::RecordType)
+    /// Calls `visit` for each record with its id and the named columns, in the order of creation,
+    /// until it answers false: one statement for a list of any length. `visit` may ask for other
+    /// records, but not for the same columns of the same kind. False when a column is not of the
+    /// kind or the database refused.
+    bool visitRecords(int recordType, const QList<int> &columns,
+        const std::function<bool(const ZelDbRecord &)> &visit) const;
+    /// -1 for an unknown kind or when the database refused.
+    qint64 countRecords(int recordType) const;
 
     // Molecules
     QStringList molGetListPsiimId() const;

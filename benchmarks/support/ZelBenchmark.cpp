@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
@@ -32,9 +33,13 @@ public:
     void ReportRuns(const std::vector<Run> &reports) override
     {
         for (const Run &run : reports) {
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                m_times[run.run_name.str()].push_back(
-                    run.real_accumulated_time / static_cast<double>(run.iterations));
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            const std::string name = run.run_name.str();
+            m_figures[name].push_back(
+                run.real_accumulated_time / static_cast<double>(run.iterations));
+            for (const auto &[counter, value] : run.counters)
+                m_figures[name + '#' + counter].push_back(value);
         }
         ConsoleReporter::ReportRuns(reports);
     }
@@ -42,19 +47,25 @@ public:
     /// 0 when it did not run.
     double median(const std::string &name) const
     {
-        const auto at = m_times.find(name);
-        if (at == m_times.end())
+        const auto at = m_figures.find(name);
+        if (at == m_figures.end())
             return 0.0;
-        std::vector<double> times = at->second;
-        std::sort(times.begin(), times.end());
-        return times[times.size() / 2];
+        std::vector<double> figures = at->second;
+        std::sort(figures.begin(), figures.end());
+        return figures[figures.size() / 2];
     }
 
 private:
-    std::map<std::string, std::vector<double>> m_times;
+    std::map<std::string, std::vector<double>> m_figures;
 };
 
 } // namespace
+
+void ZelBenchmark::giveUp(const QString &why)
+{
+    std::fprintf(stderr, "no measurement: %s\n", qPrintable(why));
+    std::exit(2);
+}
 
 bool ZelBenchmark::ratio(const char *title, const char *measured, const char *reference,
     double limit, double measuredUnits, double referenceUnits)

@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr QSize PictureSize(100, 60);
+constexpr QSize PictureSize(60, 36); // leaves room for the texts
 
 /// Entries can be dragged onto the scenes.
 class EntryModel : public QStandardItemModel
@@ -78,7 +78,9 @@ Window::Window(ZelDbSqliteModel *db)
 {
     m_tree->setModel(m_entries);
     m_tree->setHeaderHidden(true);
-    m_tree->setIconSize(QSize(3 * PictureSize.width(), PictureSize.height()));
+    // As wide as the widest picture, so that none is scaled.
+    m_tree->setIconSize(QSize(
+        3 * PictureSize.width() + 2 * zgs::getOperatorWidth(PictureSize), PictureSize.height()));
     m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_tree->setDragEnabled(true);
     connect(m_tree, &QTreeView::doubleClicked, this, &Window::openIndex);

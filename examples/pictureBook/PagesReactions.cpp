@@ -6,17 +6,20 @@
 #include <zelModelSupport/graphics/ZelEllipseItemBst.h>
 #include <zelModelSupport/graphics/ZelEllipseItemMcp.h>
 #include <zelModelSupport/graphics/ZelRectItemMcpSticky.h>
+#include <zelModelSupport/graphics/ZelSceneMli.h>
 #include <zelModelSupport/support/zgs.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcBst.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcCpx.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMcp.h>
+#include <zelModelSupport/zelModelSupportDataComponent/SdcMli.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMol.h>
 
 #include <QGraphicsPixmapItem>
 #include <QPixmap>
 
 #include <memory>
+#include <utility>
 
 namespace C = ZelDbColumn;
 
@@ -38,6 +41,11 @@ public:
         const QString idle = alias({receptor}, false);
         const QString active = alias({receptor}, true);
         const QString bound = alias({ligand, receptor}, false);
+        records = {{"Molecule", zgs::PictureMol, receptor},
+            {"Molecule interaction, the first third of its place", zgs::PictureMli,
+                interaction(ligand, receptor)},
+            {"Complex species", zgs::PictureCpx, db.cpaGetCpxPsiimId(bound)},
+            {"Complex in its states", zgs::PictureCpa, active}};
         db.caiInsert({{C::PsiimId, "cai1"}, {C::CaiCpa1, free}, {C::CaiCpa2, idle},
             {C::CaiResultCpa, bound}});
         db.cadInsert({{C::PsiimId, "cad1"}, {C::CadSourceCpa, bound}, {C::CadResultCpa1, free},
@@ -77,6 +85,20 @@ private:
         return mol.getPsiimId();
     }
 
+    /// Stores that the first sites of two molecules may bind.
+    QString interaction(const QString &first, const QString &second)
+    {
+        ZelSceneMli scene;
+        scene.setZelDbSqliteModel(&db);
+        SdcMol *const left = scene.addMolFromDb(first, QPointF(-70.0, 0.0));
+        SdcMol *const right = scene.addMolFromDb(second, QPointF(70.0, 0.0));
+        scene.drawBond(left->getListSdcBst().first(), right->getListSdcBst().first());
+        scene.getSdcMli()->setProperty(SdcProperty::AssociationRate, "0.1");
+        scene.getSdcMli()->setProperty(SdcProperty::DissociationRate, "0.2");
+        scene.getSdcMli()->saveToDb();
+        return scene.getSdcMli()->getPsiimId();
+    }
+
     /// Stores the molecules, the first sites bonded, and their states.
     QString alias(const QStringList &mols, bool on)
     {
@@ -107,28 +129,51 @@ private:
     ZelDbSqlite m_file;
 
 public:
+    struct Record
+    {
+        QString caption;
+        int kind;
+        QString psiimId;
+    };
+
     ZelDbSqliteModel db{&m_file};
+    QList<Record> records; // one of each kind that has a picture of its own
 };
+
+/// Two figures of a picture, at 100 and at 60 pixels.
+template <typename Draw>
+QList<Figure> figuresOf(const QString &caption, Draw draw)
+{
+    QList<Figure> figures;
+    for (const QSize size : {QSize(100, 60), QSize(60, 36)}) {
+        figures += Figure{caption, [=](Stage &stage) {
+                              QPixmap picture = draw(size * Fineness);
+                              picture.setDevicePixelRatio(Fineness);
+                              auto *const item = new QGraphicsPixmapItem(picture);
+                              item->setTransformationMode(Qt::SmoothTransformation);
+                              stage.scene().addItem(item);
+                          }};
+    }
+    return figures;
+}
 
 } // namespace
 
 QList<Page> reactionPages()
 {
-    Page page{"reactions", "Reactions in lists",
+    const auto model = std::make_shared<Model>();
+    Page records{"records", "Records in lists", "Each kind at 100 and at 60 pixels.", 2, 1.0, {}};
+    for (const Model::Record &record : std::as_const(model->records)) {
+        records.figures += figuresOf(record.caption, [=](const QSize &size) {
+            return zgs::getPixMapFromSdcPsiimId(record.psiimId, record.kind, size, &model->db);
+        });
+    }
+    Page reactions{"reactions", "Reactions in lists",
         "Each species in a place of its own, with signs between them: at 100 and at 60 pixels.", 2,
         1.0, {}};
-    const auto model = std::make_shared<Model>();
     const auto add = [&](const QString &caption, auto function, const QString &id) {
-        for (const QSize size : {QSize(100, 60), QSize(60, 36)}) {
-            page.figures += Figure{caption, [=](Stage &stage) {
-                                       QPixmap picture =
-                                           function(id, size * Fineness, &model->db, nullptr);
-                                       picture.setDevicePixelRatio(Fineness);
-                                       auto *const item = new QGraphicsPixmapItem(picture);
-                                       item->setTransformationMode(Qt::SmoothTransformation);
-                                       stage.scene().addItem(item);
-                                   }};
-        }
+        reactions.figures += figuresOf(
+            caption, [=](const QSize &size) { return function(id, size, &model->db, nullptr); });
     };
     add("Association", zgs::getPixMapForAssociation, "cai1");
     add("Dissociation", zgs::getPixMapForDissociation, "cad1");
@@ -136,5 +181,5 @@ QList<Page> reactionPages()
     add("Production", zgs::getPixMapForProduction, "pdn1");
     add("Production from nothing", zgs::getPixMapForProduction, "pdn2");
     add("Degradation", zgs::getPixMapForDegradation, "deg1");
-    return {page};
+    return {records, reactions};
 }

@@ -36,314 +36,263 @@ class tst_SdcCpx : public ZelTest
     Q_OBJECT
 
 private slots:
-    void listsEachBondOnce();
-    void findsSitesByPosition_data();
-    void findsSitesByPosition();
-    void knowsRings_data();
-    void knowsRings();
-    void aBondWithinAMoleculeIsNoRing();
-    void walksFromMoleculeToMolecule();
-    void bondsOfARemovedMoleculeLeadNowhere();
-    void forgetsItsSymmetryWithEachChange_data();
-    void forgetsItsSymmetryWithEachChange();
-    void rebuildsStoredBonds_data();
-    void rebuildsStoredBonds();
-    void answersSmallQuestions();
-    void highlightReachesTheBondsOnlyWhenAsked();
-    void bearsAThousandMolecules();
-};
-
-void tst_SdcCpx::listsEachBondOnce()
-{
-    CpxStage stage;
-    const auto cpx = make(stage, QStringLiteral("AB"), {{{0, 0}, {1, 0}}});
-    SdcBstBstCpx *const bond = cpx->getListSdcBstBstCpx().value(0);
-    SdcBst *const a = CpxStage::site(cpx.get(), {0, 0});
-    SdcBst *const b = CpxStage::site(cpx.get(), {1, 0});
-    QVERIFY(!cpx->addSdcBstBstCpx(bond));
-    QVERIFY(!cpx->addSdcBstBstCpx(nullptr));
-    QCOMPARE(cpx->getListSdcBstBstCpx(), QList<SdcBstBstCpx *>{bond});
-    QCOMPARE(cpx->getSdcBstBstCpx(b, a), bond);
-    QCOMPARE(cpx->getPartnerSdcBstFromBstBstCpx(b), a);
-    QCOMPARE(cpx->getListSdcBstBstCpxFromListSdcBst({b, a, nullptr}).size(), 1);
-    QCOMPARE(a->getBindingStatus(), BindingStatusBound);
-    cpx->removeSdcBstBstCpx(bond);
-    cpx->removeSdcBstBstCpx(bond);
-    QCOMPARE(a->getBindingStatus(), BindingStatusUnspecified);
-    QVERIFY(!bond->getParentSdc());
-    QCOMPARE(cpx->getSdcBstBstCpxIndex(bond), -1);
-    QVERIFY(!cpx->getSdcBstBstCpxFromIndex(0));
-}
-
-void tst_SdcCpx::findsSitesByPosition_data()
-{
-    QTest::addColumn<QString>("molPos");
-    QTest::addColumn<bool>("withId");
-    QTest::addColumn<bool>("found");
-    QTest::newRow("last molecule") << "1" << true << true;
-    QTest::newRow("before the first") << "-1" << true << false;
-    QTest::newRow("null child") << "2" << true << false;
-    QTest::newRow("behind the last") << "3" << true << false;
-    QTest::newRow("no number") << "x" << true << false;
-    QTest::newRow("no site") << "1" << false << false;
-}
-
-void tst_SdcCpx::findsSitesByPosition()
-{
-    QFETCH(QString, molPos);
-    QFETCH(bool, withId);
-    QFETCH(bool, found);
-    CpxStage stage;
-    const auto cpx = make(stage, QStringLiteral("AB"), {});
-    cpx->addSdcChild(nullptr, false);
-    SdcBst *const site = CpxStage::site(cpx.get(), {1, 1});
-    QCOMPARE(cpx->getSdcBstFromMolPosBstId(molPos, withId ? site->getPsiimId() : QString()),
-        found ? site : nullptr);
-}
-
-void tst_SdcCpx::knowsRings_data()
-{
-    QTest::addColumn<QString>("types");
-    QTest::addColumn<Bonds>("bonds");
-    QTest::addColumn<QList<bool>>("rings");
-    QTest::addColumn<bool>("splits");
-    QTest::newRow("chain") << "AAA" << Bonds{{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}}
-                           << QList<bool>{false, false} << true;
-    QTest::newRow("triangle") << "AAA"
-                              << Bonds{{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}, {{2, 0}, {0, 1}}}
-                              << QList<bool>{true, true, true} << false;
-    QTest::newRow("triangle with a tail")
-        << "AAAB" << Bonds{{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}, {{2, 0}, {0, 1}}, {{2, 2}, {3, 0}}}
-        << QList<bool>{true, true, true, false} << true;
-    QTest::newRow("two bonds between two")
-        << "AB" << Bonds{{{0, 0}, {1, 0}}, {{0, 1}, {1, 1}}} << QList<bool>{true, true} << false;
-    QTest::newRow("no bond") << "A" << Bonds{} << QList<bool>{} << false;
-}
-
-void tst_SdcCpx::knowsRings()
-{
-    QFETCH(QString, types);
-    QFETCH(Bonds, bonds);
-    QFETCH(QList<bool>, rings);
-    QFETCH(bool, splits);
-    CpxStage stage;
-    const auto cpx = make(stage, types, bonds);
-    QCOMPARE(inRings(cpx.get()), rings);
-    QCOMPARE(cpx->hasRingStructure(), rings.contains(true));
-    QCOMPARE(cpx->isAbsoluteRingCpx(), !rings.isEmpty() && !rings.contains(false));
-    QCOMPARE(cpx->getListNoRingBstBstCpx().size(), rings.count(false));
-    QCOMPARE(cpx->canBeSplit(), splits);
-}
-
-void tst_SdcCpx::aBondWithinAMoleculeIsNoRing()
-{
-    CpxStage stage;
-    const auto cpx = make(stage, QStringLiteral("AB"), {{{0, 0}, {0, 1}}, {{0, 2}, {1, 0}}});
-    const QString message =
-        QStringLiteral("Error found at bool SdcCpx::isBstBstPartOfRing(SdcBstBstCpx * sbbc)");
-    QVERIFY(!cpx->isBstBstPartOfRing(cpx->getSdcBstBstCpxFromIndex(0)));
-    QCOMPARE(takeDebugLines(), QStringList{message});
-    QVERIFY(cpx->canBeSplit());
-    QCOMPARE(takeDebugLines(), QStringList{message});
-    SdcBstBstCpx foreign(&stage.db);
-    foreign.addSdcBst(CpxStage::site(cpx.get(), {0, 0}));
-    foreign.addSdcBst(CpxStage::site(cpx.get(), {1, 1}));
-    QVERIFY(!cpx->isBstBstPartOfRing(&foreign));
-    QVERIFY(!cpx->isBstBstPartOfRing(nullptr));
-}
-
-void tst_SdcCpx::walksFromMoleculeToMolecule()
-{
-    CpxStage stage;
-    const auto cpx = make(stage, QStringLiteral("AABB"),
-        {{{0, 0}, {2, 0}}, {{2, 1}, {1, 0}}}); // 0 - 2 - 1, and 3 alone
-    const QList<SdcMol *> mols = cpx->getChildMolList();
-    const QList<SdcBstBst *> bonds = Sdc::toListSdcBstBst(cpx->getListSdcBstBstCpx());
-    QVERIFY(!cpx->areAllConnected());
-    QVERIFY(SdcCpx::areListMolConnected({mols[0], mols[1]}, bonds));
-    QVERIFY(!SdcCpx::areListMolConnected({mols[0], mols[3]}, bonds));
-    QVERIFY(!SdcCpx::areListMolConnected({}, bonds));
-    QVERIFY(SdcCpx::areListMolConnected({mols[3]}, {}));
-    QList<SdcMol *> remaining = mols;
-    QCOMPARE(SdcCpx::getConnectedListMol(mols[0], remaining, bonds),
-        (QList<SdcMol *>{mols[0], mols[2], mols[1]}));
-    QCOMPARE(remaining, QList<SdcMol *>{mols[3]});
-    stage.bond(cpx.get(), {{1, 2}, {3, 0}});
-    QVERIFY(cpx->areAllConnected());
-    QVERIFY(!SdcCpx(nullptr).areAllConnected());
-}
-
-void tst_SdcCpx::bondsOfARemovedMoleculeLeadNowhere()
-{
-    CpxStage stage;
-    const auto cpx = make(stage, QStringLiteral("ABA"), {{{0, 0}, {1, 0}}, {{1, 1}, {2, 0}}});
-    QVERIFY(cpx->areAllConnected());
-    const std::unique_ptr<SdcMol> removed(cpx->getChildMolList().at(1));
-    cpx->removeSdcChild(removed.get());
-    QCOMPARE(cpx->getListSdcBstBstCpx().size(), 2);
-    QVERIFY(!cpx->areAllConnected());
-}
-
-void tst_SdcCpx::forgetsItsSymmetryWithEachChange_data()
-{
-    using Change = std::function<void(CpxStage &, SdcCpx *)>;
-    QTest::addColumn<Change>("change");
-    QTest::newRow("molecule added")
-        << Change([](CpxStage &, SdcCpx *cpx) { cpx->addSdcChild(new SdcMol(nullptr), true); });
-    QTest::newRow("molecule removed") << Change([](CpxStage &, SdcCpx *cpx) {
-        Sdc *const mol = cpx->getChildSdcAtIndex(0);
-        cpx->removeSdcChild(mol);
-        delete mol;
-    });
-    QTest::newRow("molecule dies")
-        << Change([](CpxStage &, SdcCpx *cpx) { delete cpx->getChildSdcAtIndex(0); });
-    QTest::newRow("bond added") << Change([](CpxStage &stage, SdcCpx *cpx) {
-        stage.bond(cpx, {{0, 1}, {1, 1}});
-    });
-    QTest::newRow("bond removed") << Change(
-        [](CpxStage &, SdcCpx *cpx) { cpx->removeSdcBstBstCpx(cpx->getSdcBstBstCpxFromIndex(0)); });
-    QTest::newRow("bond dies") << Change(
-        [](CpxStage &, SdcCpx *cpx) { delete cpx->getSdcBstBstCpxFromIndex(0); });
-    QTest::newRow("reset") << Change([](CpxStage &, SdcCpx *cpx) { cpx->reset(); });
-}
-
-void tst_SdcCpx::forgetsItsSymmetryWithEachChange()
-{
-    using Change = std::function<void(CpxStage &, SdcCpx *)>;
-    QFETCH(Change, change);
-    CpxStage stage;
-    const auto cpx = make(stage, QStringLiteral("AA"), {{{0, 0}, {1, 0}}});
-    cpx->reRankMols(false, false);
-    QCOMPARE(cpx->getSpecisStaticSymmetryState(), int(SdcCpx::SymmetricSpecies));
-    change(stage, cpx.get());
-    QCOMPARE(cpx->getSpecisStaticSymmetryState(), int(SdcCpx::SymmetryUnknown));
-}
-
-void tst_SdcCpx::rebuildsStoredBonds_data()
-{
-    QTest::addColumn<QString>("order"); // of the children when the bonds are rebuilt
-    QTest::addColumn<bool>("known"); // whether the site of the record is still there
-    QTest::addColumn<bool>("force");
-    QTest::addColumn<bool>("good");
-    QTest::newRow("as stored") << "AB" << true << true << true;
-    QTest::newRow("molecules swapped") << "BA" << true << true << true;
-    QTest::newRow("drawn apart") << "AB" << true << false << false;
-    QTest::newRow("unknown site") << "AB" << false << true << false;
-}
-
-void tst_SdcCpx::rebuildsStoredBonds()
-{
-    QFETCH(QString, order);
-    QFETCH(bool, known);
-    QFETCH(bool, force);
-    QFETCH(bool, good);
-    CpxStage stage;
-    ZelScene scene(nullptr);
-    const std::unique_ptr<SdcCpx> cpx(stage.complex(order, {}, &scene));
-    Sdc *const molA = cpx->getChildSdcAtIndex(order.startsWith(u'A') ? 0 : 1);
-    Sdc *const molB = cpx->getChildSdcAtIndex(order.startsWith(u'A') ? 1 : 0);
-    SdcBst *const siteA = molA->getListSdcBst().first();
-    SdcBst *const siteB = molB->getListSdcBst().first();
-    const QString id = QStringLiteral("cpx1");
-    QVERIFY(stage.db.cpxInsert(id, id, id, {}, {}, id, {}, {}, QStringLiteral("0")));
-    QVERIFY(stage.db.cpxInsertBstBst(id, QStringLiteral("0"), siteA->getPsiimId(),
-        QStringLiteral("1"), siteB->getPsiimId(), {}));
-    if (!known)
-        siteA->setProperty(SdcProperty::PsiimId, QStringLiteral("another"));
-
-    cpx->updateBstBstCpx(&scene, force); // the complex has no id yet
-    QVERIFY(cpx->getListSdcBstBstCpx().isEmpty());
-    cpx->setProperty(SdcProperty::PsiimId, id);
-    cpx->updateBstBstCpx(&scene, force);
-    const QString message =
-        QStringLiteral("Error found at void SdcCpx::updateBstBstCpx(ZelScene * scene) ");
-    QCOMPARE(takeDebugLines(), good ? QStringList() : QStringList{message});
-    QCOMPARE(cpx->getListSdcChildren(), (QList<Sdc *>{molA, molB}));
-    QCOMPARE(cpx->getListSdcBstBstCpx().size(), 1);
-    const SdcBstBstCpx *const bond = cpx->getSdcBstBstCpxFromIndex(0);
-    QCOMPARE(bond->isSameSdcBstBst(siteA, siteB), known);
-    QVERIFY(!cpx->getCpxFingerPrint().isEmpty()); // also with a bond that lacks sites
-}
-
-void tst_SdcCpx::answersSmallQuestions()
-{
-    CpxStage stage;
-    const auto cpx = make(stage, QStringLiteral("AAB"), {{{0, 0}, {1, 0}}, {{1, 2}, {2, 0}}});
-    const QList<SdcMol *> mols = cpx->getChildMolList();
-    SdcMcp *const kinase = mols[1]->getSdcMcpAtIndex(0);
-    SdcMcp *const tail = mols[1]->getSdcMcpAtIndex(1);
-    SdcMcp *const head = mols[2]->getSdcMcpAtIndex(0);
-    QCOMPARE(cpx->getNumOfFreeBst(), 8 - 4);
-    QVERIFY(!cpx->AreAllOutwardBstsFree());
-    QVERIFY(cpx->isMolWithOneLinkedCpxBstBst(mols[0]));
-    QVERIFY(!cpx->isMolWithOneLinkedCpxBstBst(mols[1]));
-    QVERIFY(cpx->isMcpWithOneDirectLinkedCpxBstBst(tail));
-    QVERIFY(!cpx->isMcpChildrenInvolvedInBstBstCpx(mols[0]->getSdcMcpAtIndex(1)));
-    QVERIFY(cpx->isMcpLinkedToCpxBstBst(head, tail));
-    QVERIFY(!cpx->isMcpLinkedToCpxBstBst(head, kinase));
-    QCOMPARE(cpx->getListLinkedSdcMolToSdcMol(mols[1]), (QList<SdcMol *>{mols[0], mols[2]}));
-
-    QVERIFY(cpx->isPattern()); // free sites are neither bound nor unbound
-    for (SdcBst *site : cpx->getListSdcBst())
-        site->setBindingStatus(BindingStatusUnbound);
-    QVERIFY(!cpx->isPattern());
-    QVERIFY(!cpx->isInBindingStatus(BindingStatusUnbound));
-    CpxStage::setState(cpx.get(), 2, 0, ComponentStateDontCare);
-    QVERIFY(cpx->isPattern());
-    CpxStage::setState(cpx.get(), 2, 0, ComponentStateOff);
-    QVERIFY(!cpx->isPattern());
-    kinase->setProperty(SdcProperty::Negation, QStringLiteral("1"));
-    QVERIFY(cpx->isPattern());
-    cpx->setAllMcpFeatureValue(ComponentStateDontCare);
-    QCOMPARE(head->getMcpStateCode(), QStringLiteral("P(0)"));
-
-    QVERIFY(!cpx->containsMemAssociatedMol() && !cpx->hasInconsistentBinding());
-    mols[1]->setProperty(SdcProperty::Location, QLatin1String(ZelLocation::MembraneAssociated));
-    head->setProperty(SdcProperty::Location, QLatin1String(ZelLocation::InsideMembrane));
-    QVERIFY(cpx->containsMemAssociatedMol() && cpx->hasInconsistentBinding());
-}
-
-void tst_SdcCpx::highlightReachesTheBondsOnlyWhenAsked()
-{
-    CpxStage stage;
-    ZelScene scene(nullptr);
-    const std::unique_ptr<SdcCpx> cpx(
-        stage.complex(QStringLiteral("AB"), {{{0, 0}, {1, 0}}}, &scene));
-    cpx->setHighlight(true);
-    QVERIFY(cpx->isHighlighted() && !cpx->getChildSdcAtIndex(0)->isHighlighted());
-    static_cast<Sdc *>(cpx.get())->setHighlight(true);
-    QVERIFY(cpx->getChildSdcAtIndex(0)->isHighlighted());
-    const QRectF mols = cpx->getSdcSceneRectF(false);
-    QVERIFY(cpx->getSdcSceneRectF(true).contains(mols) && !mols.isEmpty());
-}
-
-void tst_SdcCpx::bearsAThousandMolecules()
-{
-    SdcCpx cpx(nullptr);
-    QList<SdcBst *> sites;
-    for (int i = 0; i < 1000; ++i) {
-        auto *const mol = new SdcMol(nullptr);
-        auto *const mcp = new SdcMcp(nullptr);
-        mol->addSdcMcp(mcp);
-        for (const char *id : {"l", "r"}) {
-            auto *const site = new SdcBst(nullptr);
-            site->setProperty(SdcProperty::PsiimId, QLatin1String(id));
-            mcp->addSdcBst(site);
-            sites.append(site);
-        }
-        cpx.addSdcChild(mol, true);
-        if (i == 0)
-            continue;
-        auto *const bond = new SdcBstBstCpx(nullptr, &cpx);
-        bond->addSdcBst(sites.at(2 * i - 1));
-        bond->addSdcBst(sites.at(2 * i));
-        cpx.addSdcBstBstCpx(bond);
+    void listsEachBondOnce()
+    {
+        CpxStage stage;
+        const auto cpx = make(stage, QStringLiteral("AB"), {{{0, 0}, {1, 0}}});
+        SdcBstBstCpx *const bond = cpx->getListSdcBstBstCpx().value(0);
+        SdcBst *const a = CpxStage::site(cpx.get(), {0, 0});
+        SdcBst *const b = CpxStage::site(cpx.get(), {1, 0});
+        QVERIFY(!cpx->addSdcBstBstCpx(bond));
+        QVERIFY(!cpx->addSdcBstBstCpx(nullptr));
+        QCOMPARE(cpx->getListSdcBstBstCpx(), QList<SdcBstBstCpx *>{bond});
+        QCOMPARE(cpx->getSdcBstBstCpx(b, a), bond);
+        QCOMPARE(cpx->getPartnerSdcBstFromBstBstCpx(b), a);
+        QCOMPARE(cpx->getListSdcBstBstCpxFromListSdcBst({b, a, nullptr}).size(), 1);
+        QCOMPARE(a->getBindingStatus(), BindingStatusBound);
+        cpx->removeSdcBstBstCpx(bond);
+        cpx->removeSdcBstBstCpx(bond);
+        QCOMPARE(a->getBindingStatus(), BindingStatusUnspecified);
+        QVERIFY(!bond->getParentSdc());
+        QCOMPARE(cpx->getSdcBstBstCpxIndex(bond), -1);
+        QVERIFY(!cpx->getSdcBstBstCpxFromIndex(0));
     }
-    QVERIFY(cpx.areAllConnected());
-    QVERIFY(!cpx.isBstBstPartOfRing(cpx.getSdcBstBstCpxFromIndex(500)));
-    cpx.setHighlight(true, true);
-    QCOMPARE(cpx.getListNoRingBstBstCpx().size(), 999);
-}
+
+    void findsSitesByPosition_data()
+    {
+        rows<QString, bool, bool>({"molPos", "withId", "found"},
+            {{"last molecule", {"1", true, true}}, {"before the first", {"-1", true, false}},
+                {"null child", {"2", true, false}}, {"behind the last", {"3", true, false}},
+                {"no number", {"x", true, false}}, {"no site", {"1", false, false}}});
+    }
+
+    void findsSitesByPosition()
+    {
+        QFETCH(QString, molPos);
+        QFETCH(bool, withId);
+        QFETCH(bool, found);
+        CpxStage stage;
+        const auto cpx = make(stage, QStringLiteral("AB"), {});
+        cpx->addSdcChild(nullptr, false);
+        SdcBst *const site = CpxStage::site(cpx.get(), {1, 1});
+        QCOMPARE(cpx->getSdcBstFromMolPosBstId(molPos, withId ? site->getPsiimId() : QString()),
+            found ? site : nullptr);
+    }
+
+    void knowsRings_data()
+    {
+        const Bonds triangle{{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}, {{2, 0}, {0, 1}}};
+        const Bonds tail{{{2, 2}, {3, 0}}};
+        const Bonds chain{{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}};
+        const Bonds twice{{{0, 0}, {1, 0}}, {{0, 1}, {1, 1}}};
+        rows<QString, Bonds, QList<bool>, bool>({"types", "bonds", "rings", "splits"},
+            {{"chain", {"AAA", chain, {false, false}, true}},
+                {"triangle", {"AAA", triangle, {true, true, true}, false}},
+                {"triangle with a tail",
+                    {"AAAB", triangle + tail, {true, true, true, false}, true}},
+                {"two bonds between two", {"AB", twice, {true, true}, false}},
+                {"no bond", {"A", Bonds(), QList<bool>(), false}}});
+    }
+
+    void knowsRings()
+    {
+        QFETCH(QString, types);
+        QFETCH(Bonds, bonds);
+        QFETCH(QList<bool>, rings);
+        QFETCH(bool, splits);
+        CpxStage stage;
+        const auto cpx = make(stage, types, bonds);
+        QCOMPARE(inRings(cpx.get()), rings);
+        QCOMPARE(cpx->hasRingStructure(), rings.contains(true));
+        QCOMPARE(cpx->isAbsoluteRingCpx(), !rings.isEmpty() && !rings.contains(false));
+        QCOMPARE(cpx->getListNoRingBstBstCpx().size(), rings.count(false));
+        QCOMPARE(cpx->canBeSplit(), splits);
+    }
+
+    void aBondWithinAMoleculeIsNoRing()
+    {
+        CpxStage stage;
+        const auto cpx = make(stage, QStringLiteral("AB"), {{{0, 0}, {0, 1}}, {{0, 2}, {1, 0}}});
+        const QString message =
+            QStringLiteral("Error found at bool SdcCpx::isBstBstPartOfRing(SdcBstBstCpx * sbbc)");
+        QVERIFY(!cpx->isBstBstPartOfRing(cpx->getSdcBstBstCpxFromIndex(0)));
+        QCOMPARE(takeDebugLines(), QStringList{message});
+        QVERIFY(cpx->canBeSplit());
+        QCOMPARE(takeDebugLines(), QStringList{message});
+        SdcBstBstCpx foreign(&stage.db);
+        foreign.addSdcBst(CpxStage::site(cpx.get(), {0, 0}));
+        foreign.addSdcBst(CpxStage::site(cpx.get(), {1, 1}));
+        QVERIFY(!cpx->isBstBstPartOfRing(&foreign));
+        QVERIFY(!cpx->isBstBstPartOfRing(nullptr));
+    }
+
+    void walksFromMoleculeToMolecule()
+    {
+        CpxStage stage;
+        const auto cpx = make(stage, QStringLiteral("AABB"),
+            {{{0, 0}, {2, 0}}, {{2, 1}, {1, 0}}}); // 0 - 2 - 1, and 3 alone
+        const QList<SdcMol *> mols = cpx->getChildMolList();
+        const QList<SdcBstBst *> bonds = Sdc::toListSdcBstBst(cpx->getListSdcBstBstCpx());
+        QVERIFY(!cpx->areAllConnected());
+        QVERIFY(SdcCpx::areListMolConnected({mols[0], mols[1]}, bonds));
+        QVERIFY(!SdcCpx::areListMolConnected({mols[0], mols[3]}, bonds));
+        QVERIFY(!SdcCpx::areListMolConnected({}, bonds));
+        QVERIFY(SdcCpx::areListMolConnected({mols[3]}, {}));
+        QList<SdcMol *> remaining = mols;
+        QCOMPARE(SdcCpx::getConnectedListMol(mols[0], remaining, bonds),
+            (QList<SdcMol *>{mols[0], mols[2], mols[1]}));
+        QCOMPARE(remaining, QList<SdcMol *>{mols[3]});
+        stage.bond(cpx.get(), {{1, 2}, {3, 0}});
+        QVERIFY(cpx->areAllConnected());
+        QVERIFY(!SdcCpx(nullptr).areAllConnected());
+    }
+
+    void bondsOfARemovedMoleculeLeadNowhere()
+    {
+        CpxStage stage;
+        const auto cpx = make(stage, QStringLiteral("ABA"), {{{0, 0}, {1, 0}}, {{1, 1}, {2, 0}}});
+        QVERIFY(cpx->areAllConnected());
+        const std::unique_ptr<SdcMol> removed(cpx->getChildMolList().at(1));
+        cpx->removeSdcChild(removed.get());
+        QCOMPARE(cpx->getListSdcBstBstCpx().size(), 2);
+        QVERIFY(!cpx->areAllConnected());
+    }
+
+    void forgetsItsSymmetryWithEachChange_data()
+    {
+        using Change = std::function<void(CpxStage &, SdcCpx *)>;
+        rows<Change>({"change"},
+            {{"molecule added", {Change([](CpxStage &, SdcCpx *cpx) {
+                  cpx->addSdcChild(new SdcMol(nullptr), true);
+              })}},
+                {"molecule removed", {Change([](CpxStage &, SdcCpx *cpx) {
+                     Sdc *const mol = cpx->getChildSdcAtIndex(0);
+                     cpx->removeSdcChild(mol);
+                     delete mol;
+                 })}},
+                {"molecule dies",
+                    {Change([](CpxStage &, SdcCpx *cpx) { delete cpx->getChildSdcAtIndex(0); })}},
+                {"bond added", {Change([](CpxStage &stage, SdcCpx *cpx) {
+                     stage.bond(cpx, {{0, 1}, {1, 1}});
+                 })}},
+                {"bond removed", {Change([](CpxStage &, SdcCpx *cpx) {
+                     cpx->removeSdcBstBstCpx(cpx->getSdcBstBstCpxFromIndex(0));
+                 })}},
+                {"bond dies", {Change([](CpxStage &, SdcCpx *cpx) {
+                     delete cpx->getSdcBstBstCpxFromIndex(0);
+                 })}},
+                {"reset", {Change([](CpxStage &, SdcCpx *cpx) { cpx->reset(); })}}});
+    }
+
+    void forgetsItsSymmetryWithEachChange()
+    {
+        using Change = std::function<void(CpxStage &, SdcCpx *)>;
+        QFETCH(Change, change);
+        CpxStage stage;
+        const auto cpx = make(stage, QStringLiteral("AA"), {{{0, 0}, {1, 0}}});
+        cpx->reRankMols(false, false);
+        QCOMPARE(cpx->getSpecisStaticSymmetryState(), int(SdcCpx::SymmetricSpecies));
+        change(stage, cpx.get());
+        QCOMPARE(cpx->getSpecisStaticSymmetryState(), int(SdcCpx::SymmetryUnknown));
+    }
+
+    void rebuildsStoredBonds_data()
+    {
+        // order: of the children when the bonds are rebuilt
+        // known: whether the site of the record is still there
+        rows<QString, bool, bool, bool>({"order", "known", "force", "good"},
+            {{"as stored", {"AB", true, true, true}},
+                {"molecules swapped", {"BA", true, true, true}},
+                {"drawn apart", {"AB", true, false, false}},
+                {"unknown site", {"AB", false, true, false}}});
+    }
+
+    void rebuildsStoredBonds()
+    {
+        QFETCH(QString, order);
+        QFETCH(bool, known);
+        QFETCH(bool, force);
+        QFETCH(bool, good);
+        CpxStage stage;
+        ZelScene scene(nullptr);
+        const std::unique_ptr<SdcCpx> cpx(stage.complex(order, {}, &scene));
+        Sdc *const molA = cpx->getChildSdcAtIndex(order.startsWith(u'A') ? 0 : 1);
+        Sdc *const molB = cpx->getChildSdcAtIndex(order.startsWith(u'A') ? 1 : 0);
+        SdcBst *const siteA = molA->getListSdcBst().first();
+        SdcBst *const siteB = molB->getListSdcBst().first();
+        const QString id = QStringLiteral("cpx1");
+        QVERIFY(stage.db.cpxInsert(id, id, id, {}, {}, id, {}, {}, QStringLiteral("0")));
+        QVERIFY(stage.db.cpxInsertBstBst(id, QStringLiteral("0"), siteA->getPsiimId(),
+            QStringLiteral("1"), siteB->getPsiimId(), {}));
+        if (!known)
+            siteA->setProperty(SdcProperty::PsiimId, QStringLiteral("another"));
+
+        cpx->updateBstBstCpx(&scene, force); // the complex has no id yet
+        QVERIFY(cpx->getListSdcBstBstCpx().isEmpty());
+        cpx->setProperty(SdcProperty::PsiimId, id);
+        cpx->updateBstBstCpx(&scene, force);
+        const QString message =
+            QStringLiteral("Error found at void SdcCpx::updateBstBstCpx(ZelScene * scene) ");
+        QCOMPARE(takeDebugLines(), good ? QStringList() : QStringList{message});
+        QCOMPARE(cpx->getListSdcChildren(), (QList<Sdc *>{molA, molB}));
+        QCOMPARE(cpx->getListSdcBstBstCpx().size(), 1);
+        const SdcBstBstCpx *const bond = cpx->getSdcBstBstCpxFromIndex(0);
+        QCOMPARE(bond->isSameSdcBstBst(siteA, siteB), known);
+        QVERIFY(!cpx->getCpxFingerPrint().isEmpty()); // also with a bond that lacks sites
+    }
+
+    void answersSmallQuestions()
+    {
+        CpxStage stage;
+        const auto cpx = make(stage, QStringLiteral("AAB"), {{{0, 0}, {1, 0}}, {{1, 2}, {2, 0}}});
+        const QList<SdcMol *> mols = cpx->getChildMolList();
+        SdcMcp *const kinase = mols[1]->getSdcMcpAtIndex(0);
+        SdcMcp *const tail = mols[1]->getSdcMcpAtIndex(1);
+        SdcMcp *const head = mols[2]->getSdcMcpAtIndex(0);
+        QCOMPARE(cpx->getNumOfFreeBst(), 8 - 4);
+        QVERIFY(!cpx->AreAllOutwardBstsFree());
+        QVERIFY(cpx->isMolWithOneLinkedCpxBstBst(mols[0]));
+        QVERIFY(!cpx->isMolWithOneLinkedCpxBstBst(mols[1]));
+        QVERIFY(cpx->isMcpWithOneDirectLinkedCpxBstBst(tail));
+        QVERIFY(!cpx->isMcpChildrenInvolvedInBstBstCpx(mols[0]->getSdcMcpAtIndex(1)));
+        QVERIFY(cpx->isMcpLinkedToCpxBstBst(head, tail));
+        QVERIFY(!cpx->isMcpLinkedToCpxBstBst(head, kinase));
+        QCOMPARE(cpx->getListLinkedSdcMolToSdcMol(mols[1]), (QList<SdcMol *>{mols[0], mols[2]}));
+
+        QVERIFY(cpx->isPattern()); // free sites are neither bound nor unbound
+        for (SdcBst *site : cpx->getListSdcBst())
+            site->setBindingStatus(BindingStatusUnbound);
+        QVERIFY(!cpx->isPattern());
+        QVERIFY(!cpx->isInBindingStatus(BindingStatusUnbound));
+        CpxStage::setState(cpx.get(), 2, 0, ComponentStateDontCare);
+        QVERIFY(cpx->isPattern());
+        CpxStage::setState(cpx.get(), 2, 0, ComponentStateOff);
+        QVERIFY(!cpx->isPattern());
+        kinase->setProperty(SdcProperty::Negation, QStringLiteral("1"));
+        QVERIFY(cpx->isPattern());
+        cpx->setAllMcpFeatureValue(ComponentStateDontCare);
+        QCOMPARE(head->getMcpStateCode(), QStringLiteral("P(0)"));
+
+        QVERIFY(!cpx->containsMemAssociatedMol() && !cpx->hasInconsistentBinding());
+        mols[1]->setProperty(SdcProperty::Location, QLatin1String(ZelLocation::MembraneAssociated));
+        head->setProperty(SdcProperty::Location, QLatin1String(ZelLocation::InsideMembrane));
+        QVERIFY(cpx->containsMemAssociatedMol() && cpx->hasInconsistentBinding());
+    }
+
+    void highlightReachesTheBondsOnlyWhenAsked()
+    {
+        CpxStage stage;
+        ZelScene scene(nullptr);
+        const std::unique_ptr<SdcCpx> cpx(
+            stage.complex(QStringLiteral("AB"), {{{0, 0}, {1, 0}}}, &scene));
+        cpx->setHighlight(true);
+        QVERIFY(cpx->isHighlighted() && !cpx->getChildSdcAtIndex(0)->isHighlighted());
+        static_cast<Sdc *>(cpx.get())->setHighlight(true);
+        QVERIFY(cpx->getChildSdcAtIndex(0)->isHighlighted());
+        const QRectF mols = cpx->getSdcSceneRectF(false);
+        QVERIFY(cpx->getSdcSceneRectF(true).contains(mols) && !mols.isEmpty());
+    }
+};
 
 ZEL_TEST(tst_SdcCpx)
 #include "tst_SdcCpx.moc"

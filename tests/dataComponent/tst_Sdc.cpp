@@ -70,38 +70,25 @@ class tst_Sdc : public ZelTest
 private slots:
     void kindsNamesAndTags_data()
     {
-        QTest::addColumn<Make>("make");
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QString>("tag");
-        QTest::addColumn<QString>("itemText");
-        const auto row = [](const char *name, Make make, const char *kind, int type,
-                             const char *tag, const char *text) {
-            QTest::newRow(name) << make << QString::fromLatin1(kind) << type
-                                << QString::fromLatin1(tag) << QString::fromLatin1(text);
-        };
-        row("base", maker<Sdc>(), "", -1, "", ": ShortName not defined");
-        row("site", maker<SdcBst>(), "Bst", 0, "bst", "Binding site: ShortName not defined");
-        row("component", maker<SdcMcp>(), "Mcp", 1, "mcp",
-            "Molecule component: ShortName not defined");
-        row("molecule", maker<SdcMol>(), "Mol", 2, "mol", "Molecule: ShortName not defined");
-        row("interaction", maker<SdcMli>(), "Mli", 3, "mli",
-            "Molecule Interaction: ShortName not defined");
-        row("complex", maker<SdcCpx>(), "Cpx", 4, "cpx", "Complex Species: ShortName not defined");
-        row("complex interaction", maker<SdcCxi>(), "Cxi", 5, "cxi",
-            "Complex Interaction: ShortName not defined");
-        row("transformation", maker<SdcTrn>(), "Trn", -1, "", ": ShortName not defined");
-        row("association", maker<SdcCad>(), "", -1, "", ": ShortName not defined");
-        row("bond", maker<SdcBstBst>(), "BstBst", -1, "", ": ShortName not defined");
-        row("mli bond", maker<SdcBstBstMli>(), "BstBst BstBstMli", -1, "",
-            ": ShortName not defined");
-        row("cpx bond", maker<SdcBstBstCpx>(), "BstBst BstBstCpx", -1, "",
-            ": ShortName not defined");
-        row("cxi bond", maker<SdcBstBstCxi>(), "BstBst BstBstCxi", -1, "",
-            "CXI Binding Site Interaction: ShortName not defined");
-        row("feature", maker<SdcMcpTag>(), "McpTag", 19, "", "Feature: ShortName not defined");
-        row("feature set", maker<SdcMcpTagSet>(), "McpTagSet", 20, "", "");
-        row("site set", maker<SdcBstSet>(), "BstSet", 21, "", "");
+        rows<Make, QString, int, QString, QString>({"make", "kind", "type", "tag", "name"},
+            {{"base", {maker<Sdc>(), "", -1, "", ""}},
+                {"site", {maker<SdcBst>(), "Bst", 0, "bst", "Binding site"}},
+                {"component", {maker<SdcMcp>(), "Mcp", 1, "mcp", "Molecule component"}},
+                {"molecule", {maker<SdcMol>(), "Mol", 2, "mol", "Molecule"}},
+                {"interaction", {maker<SdcMli>(), "Mli", 3, "mli", "Molecule Interaction"}},
+                {"complex", {maker<SdcCpx>(), "Cpx", 4, "cpx", "Complex Species"}},
+                {"complex interaction", {maker<SdcCxi>(), "Cxi", 5, "cxi", "Complex Interaction"}},
+                {"transformation", {maker<SdcTrn>(), "Trn", -1, "", ""}},
+                {"association", {maker<SdcCad>(), "", -1, "", ""}},
+                {"bond", {maker<SdcBstBst>(), "BstBst", -1, "", ""}},
+                {"mli bond", {maker<SdcBstBstMli>(), "BstBst BstBstMli", -1, "", ""}},
+                {"cpx bond", {maker<SdcBstBstCpx>(), "BstBst BstBstCpx", -1, "", ""}},
+                {"cxi bond",
+                    {maker<SdcBstBstCxi>(), "BstBst BstBstCxi", -1, "",
+                        "CXI Binding Site Interaction"}},
+                {"feature", {maker<SdcMcpTag>(), "McpTag", 19, "", "Feature"}},
+                {"feature set", {maker<SdcMcpTagSet>(), "McpTagSet", 20, "", ""}},
+                {"site set", {maker<SdcBstSet>(), "BstSet", 21, "", ""}}});
     }
 
     void kindsNamesAndTags()
@@ -110,15 +97,12 @@ private slots:
         QFETCH(QString, kind);
         QFETCH(int, type);
         QFETCH(QString, tag);
-        QFETCH(QString, itemText);
+        QFETCH(QString, name);
         const std::unique_ptr<Sdc> sdc(make());
         QCOMPARE(kinds(sdc.get()), kind);
         QCOMPARE(sdc->getSdcType(), type);
-        QCOMPARE(sdc->text(), itemText);
-        QCOMPARE(sdc->toSdc(), sdc.get());
-        QVERIFY(sdc->hasProperty(2));
-        QCOMPARE(sdc->getPrevIndex(), -1);
-        QVERIFY(!sdc->isHighlighted());
+        QCOMPARE(sdc->text(),
+            kind.endsWith(QLatin1String("Set")) ? QString() : name + ": ShortName not defined");
         QCOMPARE(sdc->getDomXmlTag(), tag);
         QStringList expected;
         if (tag.isEmpty())
@@ -145,40 +129,51 @@ private slots:
         QCOMPARE(mol.text(), QStringLiteral("Receptor: ShortName not defined"));
     }
 
+    void propertyIsAnnouncedOnceAndOnlyWhenItDiffers_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("the id") << int(SdcProperty::PsiimId);
+        QTest::newRow("another") << 7;
+    }
+
     void propertyIsAnnouncedOnceAndOnlyWhenItDiffers()
     {
+        QFETCH(int, key);
         SdcCpx cpx(nullptr);
         auto *mol = new SdcMol(nullptr);
         cpx.addSdcChild(mol, true);
         QStringList log;
-        connect(mol, &Sdc::propertyChanged, this, [&](int key, const QString &value) {
-            log.append(QStringLiteral("%1=%2").arg(key).arg(value));
+        connect(mol, &Sdc::propertyChanged, this, [&](int changed, const QString &value) {
+            log.append(QStringLiteral("%1=%2").arg(changed).arg(value));
         });
         connect(mol, &Sdc::signal_changed, this, [&] { log.append(QStringLiteral("mol")); });
         connect(&cpx, &Sdc::signal_changed, this, [&] { log.append(QStringLiteral("cpx")); });
-        mol->setProperty(7, QStringLiteral("x"));
+        mol->setProperty(key, QStringLiteral("x"));
         QCOMPARE(log,
-            QStringList({QStringLiteral("7=x"), QStringLiteral("mol"), QStringLiteral("cpx")}));
+            QStringList(
+                {QStringLiteral("%1=x").arg(key), QStringLiteral("mol"), QStringLiteral("cpx")}));
         log.clear();
-        mol->setProperty(7, QStringLiteral("x"));
-        mol->setProperty(8, QString());
+        mol->setProperty(key, QStringLiteral("x"));
+        QCOMPARE(mol->getPropertyView(key), QStringView(u"x"));
+        SdcMol copy(nullptr);
+        mol->copyPropertiesTo(&copy);
+        QCOMPARE(copy.getProperty(key), QStringLiteral("x"));
+        QCOMPARE(copy.getProperties(), mol->getProperties());
+        mol->clearProperty(key);
+        QVERIFY(!mol->hasProperty(key));
+        mol->setProperty(key, QString());
         QVERIFY(log.isEmpty());
-        QVERIFY(mol->hasProperty(8));
-        mol->clearProperty(7);
-        QVERIFY(!mol->hasProperty(7));
+        QVERIFY(mol->hasProperty(key));
+        mol->clearProperties();
+        QVERIFY(mol->getProperties().isEmpty());
     }
 
     void nthChildWithAnId_data()
     {
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<int>("n");
-        QTest::addColumn<int>("index");
-        QTest::newRow("first") << "a" << 1 << 0;
-        QTest::newRow("second match is the third child") << "a" << 2 << 2;
-        QTest::newRow("too few") << "a" << 3 << -1;
-        QTest::newRow("zeroth") << "a" << 0 << -1;
-        QTest::newRow("negative") << "a" << -1 << -1;
-        QTest::newRow("empty id") << "" << 1 << -1;
+        rows<QString, int, int>({"id", "n", "index"},
+            {{"first", {"a", 1, 0}}, {"second match is the third child", {"a", 2, 2}},
+                {"too few", {"a", 3, -1}}, {"zeroth", {"a", 0, -1}}, {"negative", {"a", -1, -1}},
+                {"empty id", {"", 1, -1}}});
     }
 
     void nthChildWithAnId()
@@ -268,26 +263,16 @@ private slots:
         QCOMPARE(second.rowCount(), 1);
     }
 
-    void displayName_data()
-    {
-        QTest::addColumn<bool>("withName");
-        QTest::addColumn<bool>("withIndex");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("short name") << false << false << "S";
-        QTest::newRow("name") << true << false << "Molecule: S";
-        QTest::newRow("index") << false << true << "1: S";
-        QTest::newRow("both") << true << true << "Molecule 1: S";
-    }
-
     void displayName()
     {
-        QFETCH(bool, withName);
-        QFETCH(bool, withIndex);
         SdcCpx cpx(nullptr);
         auto *mol = new SdcMol(nullptr);
         mol->setProperty(2, QStringLiteral("S"));
         cpx.addSdcChild(mol, true);
-        QTEST(mol->getDisplayName(withName, withIndex), "expected");
+        QCOMPARE(mol->getDisplayName(false, false), "S");
+        QCOMPARE(mol->getDisplayName(true, false), "Molecule: S");
+        QCOMPARE(mol->getDisplayName(false, true), "1: S");
+        QCOMPARE(mol->getDisplayName(true, true), "Molecule 1: S");
     }
 
     void layoutIsRelativeToTheParent()
@@ -409,12 +394,9 @@ private slots:
 
     void negationAndDontCareAreFoundByKind_data()
     {
-        QTest::addColumn<bool>("negated");
-        QTest::addColumn<bool>("dontCare");
-        QTest::newRow("neither") << false << false;
-        QTest::newRow("negated") << true << false;
-        QTest::newRow("don't care") << false << true;
-        QTest::newRow("both") << true << true;
+        rows<bool, bool>({"negated", "dontCare"},
+            {{"neither", {false, false}}, {"negated", {true, false}}, {"don't care", {false, true}},
+                {"both", {true, true}}});
     }
 
     void negationAndDontCareAreFoundByKind()

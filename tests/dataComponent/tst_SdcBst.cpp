@@ -84,27 +84,19 @@ private slots:
         lone.updatePosIndex(); // without a parent nothing is asked
         QCOMPARE(takeDebugLines(), QStringList());
         QCOMPARE(lone.getDisplayIndex(), 0);
-        QCOMPARE(takeDebugLines(),
-            QStringList({QStringLiteral("Error found at void SdcBst::updatePosIndex() 1")}));
-    }
-
-    void statusName_data()
-    {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("name");
-        const QStringList names{QStringLiteral("Don't Care"), QStringLiteral("Don't Care"),
-            QStringLiteral("Bound"), QStringLiteral("Don't Care"), QStringLiteral("Unbound")};
-        for (int status = 0; status < 5; ++status)
-            QTest::addRow("%d", status) << status << names.at(status);
+        QCOMPARE(takeDebugText(), "Error found at void SdcBst::updatePosIndex() 1");
     }
 
     void statusName()
     {
-        QFETCH(int, status);
         SdcBst bst(nullptr);
-        bst.setBindingStatus(static_cast<BindingStatusType>(status));
-        QTEST(bst.getBindingStatusName(), "name");
-        QCOMPARE(int(bst.isBound()) + int(bst.isUnbound()) + int(bst.isDontCareBindingStatus()), 1);
+        QStringList names;
+        for (int status = 0; status < 5; ++status) {
+            bst.setBindingStatus(static_cast<BindingStatusType>(status));
+            names.append(bst.getBindingStatusName());
+            QCOMPARE(int(bst.isBound()) + bst.isUnbound() + bst.isDontCareBindingStatus(), 1);
+        }
+        QCOMPARE(names.join(u','), "Don't Care,Don't Care,Bound,Don't Care,Unbound");
     }
 
     void aBondOfTheEnclosingComplexBindsTheSite()
@@ -159,29 +151,20 @@ private slots:
         QCOMPARE(sites.at(2)->bstGetDefaultName(true), QStringLiteral("SH3_site_3_2"));
     }
 
-    void closeness_data()
-    {
-        QTest::addColumn<double>("distance");
-        QTest::addColumn<bool>("close");
-        // Diameters 12 and 20: rims at most 20 apart, so centres at most 36.
-        QTest::newRow("overlapping") << 5.0 << true;
-        QTest::newRow("just close") << 36.0 << true;
-        QTest::newRow("too far") << 36.1 << false;
-    }
-
     void closeness()
     {
-        QFETCH(double, distance);
-        ZelScene scene(nullptr);
-        ZelEllipseItemMcp *const mcpItem = scene.addMcp(QRectF(0, 0, 60, 40));
-        SdcBst a(nullptr);
-        SdcBst b(nullptr);
-        QVERIFY(!a.closeToBst(&b));
-        scene.addBst(QRectF(-6, -6, 12, 12), mcpItem)->setSdcBst(&a);
-        scene.addBst(QRectF(distance - 10, -10, 20, 20), mcpItem)->setSdcBst(&b);
-        QTEST(a.closeToBst(&b), "close");
-        QTEST(b.closeToBst(&a), "close");
-        QVERIFY(!a.closeToBst(nullptr));
+        // Diameters 12 and 20: rims at most 20 apart, so centres at most 36.
+        for (const double distance : {5.0, 36.0, 36.1}) {
+            ZelScene scene(nullptr);
+            ZelEllipseItemMcp *const mcpItem = scene.addMcp(QRectF(0, 0, 60, 40));
+            SdcBst a(nullptr);
+            SdcBst b(nullptr);
+            QVERIFY(!a.closeToBst(&b) && !a.closeToBst(nullptr));
+            scene.addBst(QRectF(-6, -6, 12, 12), mcpItem)->setSdcBst(&a);
+            scene.addBst(QRectF(distance - 10, -10, 20, 20), mcpItem)->setSdcBst(&b);
+            QCOMPARE(a.closeToBst(&b), distance <= 36.0);
+            QCOMPARE(b.closeToBst(&a), distance <= 36.0);
+        }
     }
 };
 

@@ -30,9 +30,9 @@ private slots:
         QVERIFY(!bond.isSameSdcBstBst(&a, &a));
         bond.addSdcBst(&b);
         bond.addSdcBst(&c);
-        QCOMPARE(takeDebugLines(),
-            QStringList({QStringLiteral("Warning at void SdcBstBst::addSdcBst(SdcBst * sdcBst)  "
-                                        "Already 2 SdcBst in this relation")}));
+        QCOMPARE(takeDebugText(),
+            "Warning at void SdcBstBst::addSdcBst(SdcBst * sdcBst)  Already 2 SdcBst in this "
+            "relation");
         QCOMPARE(bond.getListSdcBst(), QList<SdcBst *>({&a, &b}));
         QCOMPARE(bond.getPartnerSdcBst(&a), &b);
         QCOMPARE(bond.getPartnerSdcBst(&b), &a);
@@ -50,14 +50,17 @@ private slots:
         bond.removeSdcBst(&a);
         QCOMPARE(bond.getSdcBst1(), &b);
         QCOMPARE(bond.getSdcBst2(), nullptr);
+        bond.addSdcBst(&b);
+        QCOMPARE(bond.getPartnerSdcBst(&b), &b);
+        bond.removeSdcBst(&b);
+        QVERIFY(bond.getListSdcBst().isEmpty());
+        QVERIFY(b.getListSdcBstBst() == QList<SdcBstBst *>{&reversed});
     }
 
     // The line follows its sites whether an item came before the bond or after it.
     void theLineFollowsItsSites_data()
     {
-        QTest::addColumn<bool>("itemFirst");
-        QTest::newRow("item, then bond") << true;
-        QTest::newRow("bond, then item") << false;
+        rows<bool>({"itemFirst"}, {{"item, then bond", {true}}, {"bond, then item", {false}}});
     }
 
     void theLineFollowsItsSites()
@@ -127,24 +130,16 @@ private slots:
 
     void placesThatCannotMeet_data()
     {
-        QTest::addColumn<QString>("mol1");
-        QTest::addColumn<QString>("mcp1");
-        QTest::addColumn<QString>("mol2");
-        QTest::addColumn<QString>("mcp2");
-        QTest::addColumn<bool>("inconsistent");
         const QString membrane = QStringLiteral("Membrane Associated");
         const QString inside = QStringLiteral("Inside-membrane");
-        QTest::newRow("nothing said") << ""
-                                      << ""
-                                      << ""
-                                      << "" << false;
-        QTest::newRow("both inside") << membrane << inside << membrane << inside << false;
-        QTest::newRow("one reaches out") << membrane << "" << membrane << inside << true;
-        QTest::newRow("two sides") << membrane << "Outer" << membrane << "Inner" << true;
-        QTest::newRow("one side") << ""
-                                  << "Inner" << membrane << "Inner" << false;
-        QTest::newRow("free molecule") << "Freely Diffusing"
-                                       << "" << membrane << inside << false;
+        rows<QString, QString, QString, QString, bool>(
+            {"mol1", "mcp1", "mol2", "mcp2", "inconsistent"},
+            {{"nothing said", {"", "", "", "", false}},
+                {"both inside", {membrane, inside, membrane, inside, false}},
+                {"one reaches out", {membrane, "", membrane, inside, true}},
+                {"two sides", {membrane, "Outer", membrane, "Inner", true}},
+                {"one side", {"", "Inner", membrane, "Inner", false}},
+                {"free molecule", {"Freely Diffusing", "", membrane, inside, false}}});
     }
 
     void placesThatCannotMeet()

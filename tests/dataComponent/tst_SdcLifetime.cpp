@@ -2,7 +2,6 @@
 #include "support/ZelTree.h"
 
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstSet.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
@@ -136,48 +135,6 @@ private slots:
         QCOMPARE(mcp->getParentSdc(), nullptr);
         QCOMPARE(mcp->getPosIndex(), -1);
         delete mcp;
-    }
-
-    void bondsSitesAndComplexesInAnyOrder_data()
-    {
-        QTest::addColumn<QList<int>>("order");
-        QList<int> order{0, 1, 2};
-        do {
-            QTest::addRow("%d%d%d", order.at(0), order.at(1), order.at(2)) << order;
-        } while (std::next_permutation(order.begin(), order.end()));
-    }
-
-    void bondsSitesAndComplexesInAnyOrder()
-    {
-        QFETCH(QList<int>, order);
-        auto cpx = std::make_unique<SdcCpx>(nullptr);
-        cpx->addSdcChild(molecule(nullptr), true);
-        cpx->addSdcChild(molecule(nullptr), true);
-        SdcBst *const a = cpx->getListSdcMol().at(0)->getListSdcBst().at(0);
-        SdcBst *const b = cpx->getListSdcMol().at(1)->getListSdcBst().at(0);
-        auto bond = std::make_unique<SdcBstBstCpx>(nullptr);
-        bond->addSdcBst(a);
-        bond->addSdcBst(b);
-        QVERIFY(cpx->addSdcBstBstCpx(bond.get()));
-        bool sitesLive = true;
-        for (const int victim : order) {
-            if (victim == 0) {
-                cpx.reset();
-                sitesLive = false;
-                if (bond)
-                    QVERIFY(bond->getListSdcBst().isEmpty() && !bond->getParentSdc());
-            } else if (victim == 1) {
-                bond.reset();
-                if (cpx)
-                    QVERIFY(cpx->getListSdcBstBstCpx().isEmpty());
-                if (sitesLive)
-                    QVERIFY(b->getListSdcBstBst().isEmpty());
-            } else if (sitesLive) {
-                delete a;
-                if (bond)
-                    QCOMPARE(bond->getListSdcBst(), QList<SdcBst *>({b}));
-            }
-        }
     }
 
     void setsAndTheirMembersInAnyOrder()

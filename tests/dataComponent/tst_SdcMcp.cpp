@@ -156,10 +156,10 @@ private slots:
         d.mcp.setProperty(1, QStringLiteral("mcp1"));
         d.mcp.setAllStickyState(4);
         d.mcp.updateStatePropertyFromSticky();
-        QCOMPARE(takeDebugLines(),
-            QStringList({QStringLiteral("name =  \"X\" , and dbName =  \"A\""),
-                QStringLiteral("name =  \"C\" , and dbName =  \"B\""),
-                QStringLiteral("name =  \"A\" , and dbName =  \"C\"")}));
+        QCOMPARE(takeDebugText(),
+            "name =  \"X\" , and dbName =  \"A\"\n"
+            "name =  \"C\" , and dbName =  \"B\"\n"
+            "name =  \"A\" , and dbName =  \"C\"");
         d.mcp.updateStickyFromDbAsActivated();
         QCOMPARE(d.names(),
             QStringList({QStringLiteral("A/2"), QStringLiteral("B/2"), QStringLiteral("C/2")}));
@@ -176,9 +176,7 @@ private slots:
     {
         Drawn d({QStringLiteral("P")});
         d.mcp.updateStickyFromDbAsActivated();
-        QCOMPARE(takeDebugLines(),
-            QStringList(
-                {QStringLiteral("Error found at void SdcMcp::updateStickyFromDbAsActivated()")}));
+        QCOMPARE(takeDebugText(), "Error found at void SdcMcp::updateStickyFromDbAsActivated()");
         QCOMPARE(d.names(), QStringList({QStringLiteral("P/2")}));
     }
 

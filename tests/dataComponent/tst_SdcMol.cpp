@@ -56,26 +56,16 @@ private slots:
         QVERIFY(!mol->isConsistentMcpNames());
     }
 
-    void removalByIndex_data()
-    {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<int>("left");
-        QTest::newRow("negative") << -1 << 2;
-        QTest::newRow("count") << 2 << 2;
-        QTest::newRow("last") << 1 << 1;
-    }
-
     void removalByIndex()
     {
-        QFETCH(int, index);
-        QFETCH(int, left);
         const std::unique_ptr<SdcMol> mol(
             ZelTree::bareMolecule(nullptr, QStringLiteral("M"), Chain));
         QSignalSpy removed(mol.get(), &Sdc::sdcMcpRemoved);
-        const std::unique_ptr<SdcMcp> mcp(left == 1 ? mol->getSdcMcpAtIndex(index) : nullptr);
-        mol->removeSdcMcpAtIndex(index);
-        QCOMPARE(mol->getListSdcChildren().size(), left);
-        QCOMPARE(removed.size(), 2 - left);
+        const std::unique_ptr<SdcMcp> last(mol->getSdcMcpAtIndex(1));
+        for (const int index : {-1, 2, 1})
+            mol->removeSdcMcpAtIndex(index);
+        QCOMPARE(removed.size(), 1);
+        QCOMPARE(mol->getListSdcMcp(), QList<SdcMcp *>{mol->getSdcMcpAtIndex(0)});
     }
 
     void theDrawingIsTheTruthForTheColour()
@@ -100,15 +90,10 @@ private slots:
 
     void indexCodeHues_data()
     {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("hue");
-        QTest::newRow("2 of 3") << "2" << 3 << 240;
-        QTest::newRow("1 of 7: divided first") << "1" << 7 << 51;
-        QTest::newRow("count of none") << "1" << 0 << 0;
-        QTest::newRow("beyond the count") << "9" << 3 << 359;
-        QTest::newRow("no number") << "x" << 3 << 0;
-        QTest::newRow("negative") << "-1" << 3 << 0;
+        rows<QString, int, int>({"code", "count", "hue"},
+            {{"2 of 3", {"2", 3, 240}}, {"1 of 7: divided first", {"1", 7, 51}},
+                {"count of none", {"1", 0, 0}}, {"beyond the count", {"9", 3, 359}},
+                {"no number", {"x", 3, 0}}, {"negative", {"-1", 3, 0}}});
     }
 
     void indexCodeHues()
@@ -144,22 +129,13 @@ private slots:
 
     void bindingStatusesFollow_data()
     {
-        QTest::addColumn<bool>("otherBound");
-        QTest::addColumn<bool>("ownBound");
-        QTest::addColumn<bool>("both");
-        QTest::addColumn<QString>("own");
-        QTest::addColumn<QString>("other");
         // The first site may be bound; the second is skipped; the third is Unbound in the other.
-        QTest::newRow("copied") << false << false << false << "D D U "
-                                << "D D U ";
-        QTest::newRow("bound there only") << true << false << false << "U!D U "
-                                          << "B D U ";
-        QTest::newRow("bound here only") << false << true << false << "B D U "
-                                         << "D D U ";
-        QTest::newRow("bound here only, both ways") << false << true << true << "B D U "
-                                                    << "U!D U ";
-        QTest::newRow("bound in both") << true << true << true << "B D U "
-                                       << "B D U ";
+        rows<bool, bool, bool, QString, QString>({"otherBound", "ownBound", "both", "own", "other"},
+            {{"copied", {false, false, false, "D D U ", "D D U "}},
+                {"bound there only", {true, false, false, "U!D U ", "B D U "}},
+                {"bound here only", {false, true, false, "B D U ", "D D U "}},
+                {"bound here only, both ways", {false, true, true, "B D U ", "U!D U "}},
+                {"bound in both", {true, true, true, "B D U ", "B D U "}}});
     }
 
     void bindingStatusesFollow()

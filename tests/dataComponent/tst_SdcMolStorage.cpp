@@ -12,14 +12,10 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
-#include <QCoreApplication>
 #include <QDomDocument>
 #include <QPointer>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <memory>
-#include <unistd.h>
 
 namespace {
 
@@ -65,52 +61,6 @@ void deleteItems(SdcMol *mol)
         delete mcp->getZelEllipseItemMcp();
 }
 
-constexpr int KilledExitCode = 42;
-
-/// A change of everything that a save writes: names, a site less, a feature more, another place.
-bool changeAndSave(ZelDbSqlite &file)
-{
-    ZelDbSqliteModel db(&file);
-    SdcMol mol(&db);
-    if (!mol.loadFromDb(QStringLiteral("mol1")))
-        return false;
-    mol.setProperty(2, QStringLiteral("changed"));
-    delete mol.getListSdcBst().at(1)->getZelEllipseItemBst();
-    delete mol.getListSdcBst().at(1);
-    mol.getSdcMcpAtIndex(2)->addTag(QStringLiteral("Q"), QStringLiteral("#000001"));
-    mol.getSdcMcpAtIndex(2)->getZelEllipseItemMcp()->moveBy(7.0, 7.0);
-    // More than the page cache holds back until the commit.
-    mol.setProperty(11, QString(4000000, u'n'));
-    return mol.saveToDb();
-}
-
-/// Arguments: file, number of statements after which the process dies.
-int saveAndDie(const QStringList &arguments)
-{
-    ZelDbSqlite file;
-    if (!file.open(arguments.value(0)))
-        return 3;
-    int left = arguments.value(1).toInt();
-    file.setStatementObserver([&left](const QString &, const QVariantList &) {
-        if (--left == 0)
-            _exit(KilledExitCode);
-    });
-    return changeAndSave(file) ? 0 : 4;
-}
-
-QString storedText(const QString &path)
-{
-    ZelDbSqlite file;
-    if (!file.open(path) || !file.checkIntegrity().isEmpty())
-        return file.errorText();
-    ZelDbSqliteModel db(&file);
-    SdcMol mol(&db);
-    mol.loadFromDb(QStringLiteral("mol1"));
-    return ZelTree::text(&mol);
-}
-
-ZEL_TEST_CHILD("mol-save", saveAndDie)
-
 } // namespace
 
 class tst_SdcMolStorage : public ZelTest
@@ -137,9 +87,7 @@ class tst_SdcMolStorage : public ZelTest
 private slots:
     void nothingIsLost_data()
     {
-        QTest::addColumn<bool>("inScene");
-        QTest::newRow("without a scene") << false;
-        QTest::newRow("in a scene") << true;
+        rows<bool>({"inScene"}, {{"without a scene", {false}}, {"in a scene", {true}}});
     }
 
     void nothingIsLost()
@@ -265,92 +213,32 @@ private slots:
         deleteItems(mol.get());
     }
 
-    void aKilledSaveIsWholeOrUndone()
-    {
-        const QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("model.zel"));
-        {
-            ZelDbSqlite file;
-            QVERIFY(file.create(path));
-            ZelDbSqliteModel db(&file);
-            const std::unique_ptr<SdcMol> mol(fullMolecule(&db));
-            QVERIFY2(mol->saveToDb(), qPrintable(db.errorText()));
-            deleteItems(mol.get());
-        }
-        const QString before = storedText(path);
-        QString after;
-        int survived = 0;
-        for (int n = 5; n < 400; n += 5) {
-            const QString victim = dir.filePath(QStringLiteral("victim%1.zel").arg(n));
-            QVERIFY(QFile::copy(path, victim));
-            const int code = QProcess::execute(QCoreApplication::applicationFilePath(),
-                {QStringLiteral("--child"), QStringLiteral("mol-save"), victim,
-                    QString::number(n)});
-            const QString stored = storedText(victim);
-            if (code == 0) {
-                after = stored;
-                break;
-            }
-            QCOMPARE(code, KilledExitCode);
-            QCOMPARE(stored, before);
-            ++survived;
-        }
-        QVERIFY(survived > 5);
-        QVERIFY(after.contains(QStringLiteral("changed")) && after != before);
-    }
-
-    void aFailedSaveCountsForTheHostsTransaction()
-    {
-        Model model;
-        ZelDbTransaction transaction(&model.file);
-        SdcMol good(&model.db);
-        QVERIFY(good.saveToDb());
-        SdcMol bad(&model.db); // too large for what is left on the disk
-        bad.setProperty(11, QString(1 << 20, u'x'));
-        QVERIFY(model.file.setSizeLimit(512));
-        QVERIFY(!bad.saveToDb());
-        QVERIFY(!transaction.commit());
-        QVERIFY(model.db.molGetListPsiimId().isEmpty());
-    }
-
     void damagedLayouts_data()
     {
-        QTest::addColumn<QString>("layout");
-        QTest::addColumn<int>("lines");
-        QTest::newRow("none") << "" << 2;
-        QTest::newRow("no markup") << "<<<" << 3;
-        QTest::newRow("other root") << "<a/>" << 2;
-        QTest::newRow("other ids")
-            << "<schema><mol psiimId='x'><mcp posIndex='0' psiimId='y'><boundingRect x='1' y='2' "
-               "w='3' h='4'/><bst posIndex='0' psiimId='z'><boundingRect x='1' y='1' w='1' "
-               "h='1'/></bst></mcp></mol></schema>"
-            << 3;
-        QTest::newRow("numbers that are none")
-            << "<schema><mol psiimId='mol1'><boundingRect x='nan' y='inf'/><mcp posIndex='0' "
-               "psiimId='mcp1' tagSize='-1' tagGap='nan' tagDirectCode='77'><boundingRect "
-               "x='1e300' "
-               "y='x' w='nan' h='-4'/><bst posIndex='0' psiimId='bst1'><boundingRect x='0' y='0' "
-               "w='0' h='9e99'/></bst></mcp></mol></schema>"
-            << 2;
-        QTest::newRow("an entity that grows")
-            << "<!DOCTYPE d [<!ENTITY a "
-               "'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa'>"
-               "<!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;'><!ENTITY c "
-               "'&b;&b;&b;&b;&b;&b;&b;&b;&b;'>"
-               "<!ENTITY e '&c;&c;&c;&c;&c;&c;&c;&c;'>]><schema>&e;&e;&e;&e;</schema>"
-            << 3;
-        QString many = QStringLiteral("<schema><mol psiimId='mol1'>");
-        for (int i = 0; i < 20000; ++i)
-            many += QStringLiteral("<mcp posIndex='0'/>");
-        QTest::newRow("many elements of one place")
-            << many + QStringLiteral("</mol></schema>") << 3;
-        QTest::newRow("attributes by default") << QStringLiteral(
-            "<!DOCTYPE d [<!ATTLIST mcp posIndex CDATA '0'>]><schema><mol/>"
-            "</schema>") << 3;
-        QTest::newRow("deep nesting") << QStringLiteral("<schema><mol psiimId='mol1'>")
-                + QString::fromLatin1("<a>").repeated(300000)
-                + QString::fromLatin1("</a>").repeated(300000) + QStringLiteral("</mol></schema>")
-                                      << 3;
+        const QString begin = QStringLiteral("<schema><mol psiimId='mol1'>");
+        const QString end = QStringLiteral("</mol></schema>");
+        const auto many = [](const char *text) { return QString(text).repeated(300000); };
+        rows<QString, int>({"layout", "lines"},
+            {{"none", {"", 2}}, {"no markup", {"<<<", 3}},
+                {"other ids",
+                    {"<schema><mol psiimId='x'><mcp posIndex='0' psiimId='y'><boundingRect x='1' "
+                     "y='2' w='3' h='4'/><bst posIndex='0' psiimId='z'><boundingRect x='1' y='1' "
+                     "w='1' h='1'/></bst></mcp></mol></schema>",
+                        3}},
+                {"numbers that are none",
+                    {begin
+                            + "<boundingRect x='nan' y='inf'/><mcp posIndex='0' psiimId='mcp1' "
+                              "tagSize='-1' tagGap='nan' tagDirectCode='77'><boundingRect "
+                              "x='1e300' y='x' w='nan' h='-4'/><bst posIndex='0' psiimId='bst1'>"
+                              "<boundingRect x='0' y='0' w='0' h='9e99'/></bst></mcp>"
+                            + end,
+                        2}},
+                {"an entity that grows",
+                    {"<!DOCTYPE d [<!ENTITY a 'aaaaaaaaaa'><!ENTITY b '&a;&a;&a;&a;&a;&a;'>]>"
+                     "<schema>&b;&b;</schema>",
+                        3}},
+                {"many elements of one place", {begin + many("<mcp posIndex='0'/>") + end, 3}},
+                {"deep nesting", {begin + many("<a>") + many("</a>") + end, 3}}});
     }
 
     void damagedLayouts()
@@ -385,11 +273,9 @@ private slots:
         Model model;
         SdcMol mol(&model.db);
         QVERIFY(!mol.loadFromDb(QStringLiteral("mol7")));
-        QCOMPARE(takeDebugLines(),
-            QStringList(
-                {QStringLiteral("Error found at void SdcMol::loadDom(const QDomElement & "
-                                "domEltMol, ZelScene * scene, "
-                                "const QPointF & refPos)  \"mol7\" \"no such molecule\"")}));
+        QCOMPARE(takeDebugText(),
+            "Error found at void SdcMol::loadDom(const QDomElement & domEltMol, ZelScene * scene, "
+            "const QPointF & refPos)  \"mol7\" \"no such molecule\"");
         SdcMol homeless(nullptr);
         QVERIFY(!homeless.loadFromDb(QStringLiteral("mol1")));
         QVERIFY(!homeless.saveToDb());
@@ -418,26 +304,6 @@ private slots:
         QCOMPARE(loaded.getScene(), &scene);
         QCOMPARE(
             loaded.getListSdcBst().first()->getZelEllipseItemBst()->pen().style(), Qt::DotLine);
-    }
-
-    void aLargeMolecule()
-    {
-        Model model;
-        QList<ZelTree::Mcp> mcps;
-        for (int i = 0; i < 1000; ++i)
-            mcps.append({QStringLiteral("c%1").arg(i), {}, 5});
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::molecule(&model.db, QStringLiteral("large"), mcps));
-        QVERIFY(mol->saveToDb());
-        const QString id = mol->getPsiimId();
-        deleteItems(mol.get());
-        SdcMol loaded(&model.db);
-        QVERIFY(loaded.loadFromDb(id));
-        const QList<SdcBst *> sites = loaded.getListSdcBst();
-        QCOMPARE(sites.size(), 5000);
-        QCOMPARE(sites.last()->getBstLabelText(), QStringLiteral("5000"));
-        QCOMPARE(loaded.getSdcMcpAtIndex(999)->getNumOfNeigbhors(), 1);
-        QCOMPARE(loaded.getSdcMcpAtIndex(500)->getNumOfNeigbhors(), 2);
     }
 };
 

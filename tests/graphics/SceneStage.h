@@ -14,8 +14,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QDebug>
 #include <QGraphicsView>
+#include <QHash>
 #include <QLineF>
 #include <QMenu>
 #include <QMouseEvent>
@@ -24,6 +24,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 /// A scene whose hooks a test chooses.
 class OpenScene : public ZelScene
@@ -52,7 +53,12 @@ public:
         m_view.show();
         (void)QTest::qWaitForWindowExposed(&m_view);
         m_scene.setSdc(&m_mol);
+        logSignals();
     }
+
+    /// What the scene has said since the last call, in its order: "pressed s, clicked s". The
+    /// stage's components are a, b, c..., its sites s, t, u..., features go by their names.
+    QString log() { return std::exchange(m_log, {}).join(QLatin1String(", ")); }
 
     Scene &scene() { return m_scene; }
     QGraphicsView &view() { return m_view; }
@@ -66,6 +72,7 @@ public:
         auto *mcp = new SdcMcp(nullptr);
         m_scene.addMcp(rect)->setSdcMcp(mcp);
         (mol ? mol : &m_mol)->addSdcMcp(mcp);
+        m_names.insert(mcp, QChar(m_nextComponent++));
         return mcp;
     }
 
@@ -79,6 +86,7 @@ public:
         auto *bst = new SdcBst(nullptr);
         m_scene.addBst(rect, item)->setSdcBst(bst);
         mcp->addSdcBst(bst);
+        m_names.insert(bst, QChar(m_nextSite++));
         return bst;
     }
 
@@ -157,6 +165,53 @@ public:
     }
 
 private:
+    QString nameOf(ZelGItem *item) const
+    {
+        if (item && item->asRectItemMcpSticky())
+            return item->asRectItemMcpSticky()->getName();
+        return item ? m_names.value(item->getSdc(), QStringLiteral("?")) : QStringLiteral("null");
+    }
+
+    template <typename... Arguments, typename Text>
+    void logSignal(void (ZelScene::*signal)(Arguments...), Text text)
+    {
+        QObject::connect(&m_scene, signal, &m_scene,
+            [this, text](Arguments... arguments) { m_log.append(text(arguments...)); });
+    }
+
+    void logSignals()
+    {
+        const auto plain = [](const char *word) { return [word] { return QString(word); }; };
+        const auto ofItem = [this](const char *word) {
+            return [this, word](ZelGItem *item) { return word + nameOf(item); };
+        };
+        logSignal(&ZelScene::zelGItemPressed, ofItem("pressed "));
+        logSignal(&ZelScene::zelGItemClicked, ofItem("clicked "));
+        logSignal(&ZelScene::zelGItemDoubleClicked, ofItem("double "));
+        logSignal(&ZelScene::signal_ZelGItemMoved, ofItem("moved "));
+        logSignal(&ZelScene::signal_moved, plain("moved"));
+        logSignal(&ZelScene::noGItemClicked, plain("nothing"));
+        logSignal(&ZelScene::signal_changed, plain("changed"));
+        logSignal(&ZelScene::signal_changeBegin, plain("begin"));
+        logSignal(&ZelScene::signal_changeEnd, plain("end"));
+        logSignal(&ZelScene::zelEllipseItemCollided,
+            [this](ZelEllipseItem *first, ZelEllipseItem *second) {
+                return "collided " + nameOf(first) + u' ' + nameOf(second);
+            });
+        logSignal(
+            &ZelScene::signal_setStickyState, [this](ZelRectItemMcpSticky *sticky, int state) {
+                return nameOf(sticky) + u'=' + QString::number(state);
+            });
+        logSignal(&ZelScene::signal_setNegation, [this](SdcMcp *mcp, bool negated) {
+            return m_names.value(mcp) + (negated ? "=not" : "=plain");
+        });
+        logSignal(&ZelScene::signal_setBstBindingStatus, [this](SdcBst *bst, BindingStatusType s) {
+            return m_names.value(bst) + u'=' + QString::number(s);
+        });
+        logSignal(&ZelScene::signal_showRelatedMli,
+            [](const QString &molPsiimId) { return "interactions of " + molPsiimId; });
+    }
+
     void send(QEvent::Type type, const QPointF &p, Qt::MouseButton button, Qt::MouseButtons buttons)
     {
         const QPoint at = m_view.mapFromScene(p);
@@ -165,6 +220,10 @@ private:
         QApplication::sendEvent(m_view.viewport(), &event);
     }
 
+    QStringList m_log;
+    QHash<Sdc *, QString> m_names;
+    char16_t m_nextComponent = u'a';
+    char16_t m_nextSite = u's';
     Scene m_scene;
     QGraphicsView m_view{&m_scene};
     SdcMol m_mol{nullptr};
@@ -179,3 +238,12 @@ inline double distance(ZelEllipseItem *a, ZelEllipseItem *b)
 {
     return QLineF(centreOf(a), centreOf(b)).length();
 }
+
+/// A round component at the origin with one site on its right: a and s.
+struct RimStage : SceneStage<OpenScene>
+{
+    SdcMcp *const mcp = addComponent({0.0, 0.0});
+    SdcBst *const bst = addSite(mcp, 0.0);
+    ZelEllipseItemMcp *const centre = mcp->getZelEllipseItemMcp();
+    ZelEllipseItemBst *const site = bst->getZelEllipseItemBst();
+};

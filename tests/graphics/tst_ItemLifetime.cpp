@@ -116,161 +116,138 @@ class tst_ItemLifetime : public ZelTest
     Q_OBJECT
 
 private slots:
-    void partsDieInAnyOrder_data();
-    void partsDieInAnyOrder();
-    void deadItemsAreForgotten();
-    void deadComponentsLeaveGhosts();
-    void deadStickyLeavesItsRow();
-    void removedStickyTakesItsFeatureAlong();
-    void featureOfADeadSticky();
-    void lineLeavesItsBondAlone();
-};
-
-void tst_ItemLifetime::partsDieInAnyOrder_data()
-{
-    QTest::addColumn<QString>("order");
-    // m molecule, b bond, s scene, 0 and 1 component items, x site item 0, t sticky 0, k backbone,
-    // l line
-    QString order = QStringLiteral("bms");
-    do {
-        QTest::newRow(qPrintable(QLatin1String("all at once: ") + order)) << order;
-    } while (std::next_permutation(order.begin(), order.end()));
-    for (const char *parts : {"0mb1s", "1s0bm", "0b", "10m", "x0bm", "xlb", "lbms", "lsbm", "t0m",
-             "mt0", "k01", "0k1m", "k1m0", "sm", "m01lb", "mxtb", "txlk01bms"})
-        QTest::newRow(parts) << QString::fromLatin1(parts);
-}
-
-void tst_ItemLifetime::partsDieInAnyOrder()
-{
-    QFETCH(QString, order);
-    Drawing drawing;
-    for (const QChar part : order) {
-        switch (part.toLatin1()) {
-        case 'm':
-            drawing.mol.reset();
-            break;
-        case 'b':
-            drawing.bond.reset();
-            break;
-        case 's':
-            drawing.scene.reset();
-            break;
-        case '0':
-            delete drawing.mcpItems[0];
-            break;
-        case '1':
-            delete drawing.mcpItems[1];
-            break;
-        case 'x':
-            delete drawing.bstItems[0];
-            break;
-        case 't':
-            delete drawing.stickies[0];
-            break;
-        case 'k':
-            delete drawing.backbone;
-            break;
-        case 'l':
-            delete drawing.line;
-            break;
-        }
-        drawing.use();
-        // Sites that lost their molecule say so when they are asked for their number.
-        takeDebugLines();
-    }
-    const bool sceneLeft = !order.contains(u's');
-    QCOMPARE(!drawing.mcpItems[0].isNull(), sceneLeft && !order.contains(u'0'));
-    QCOMPARE(!drawing.mcps[0].isNull(), !order.contains(u'm'));
-}
-
-void tst_ItemLifetime::deadItemsAreForgotten()
-{
-    Drawing drawing;
-    delete drawing.mcpItems[0];
-    QVERIFY(!drawing.mcps[0]->getZelEllipseItemMcp());
-    QVERIFY(!drawing.bsts[0]->getZelEllipseItemBst());
-    QVERIFY(drawing.bstItems[0].isNull() && drawing.stickies[0].isNull());
-    QVERIFY(drawing.tags[0].isNull());
-    QVERIFY(drawing.mcps[0]->getListSdcMcpTags().isEmpty());
-    QVERIFY(drawing.backbone.isNull());
-    QVERIFY(drawing.mcpItems[1]->getListMcpMcp().isEmpty());
-    QVERIFY(!drawing.line.isNull());
-    QCOMPARE(
-        drawing.line->getListZelEllipseItemBst(), QList<ZelEllipseItemBst *>{drawing.bstItems[1]});
-}
-
-void tst_ItemLifetime::deadComponentsLeaveGhosts()
-{
-    Drawing drawing;
-    drawing.mol.reset();
-    QVERIFY(!drawing.mcpItems[0]->getSdc() && !drawing.mcpItems[0]->getSdcMcp());
-    QVERIFY(!drawing.bstItems[0]->getSdc());
-    QCOMPARE(drawing.bstItems[0]->getBindingStatus(), BindingStatusUnspecified);
-    QVERIFY(!drawing.stickies[0]->getSdcMcp());
-    QCOMPARE(drawing.mcpItems[0]->getListNeighborZelEllipseItemMcp().size(), 1);
-    QVERIFY(!drawing.bond->getSdcBst1());
-}
-
-void tst_ItemLifetime::deadStickyLeavesItsRow()
-{
-    Drawing drawing;
-    delete drawing.stickies[0];
-    QVERIFY(drawing.mcpItems[0]->getListSticky().isEmpty());
-    QVERIFY(!drawing.mcpItems[0]->getSticky(0));
-    QVERIFY(drawing.mcps[0]->getListSdcMcpTags().isEmpty());
-    QCOMPARE(drawing.mcps[0]->getMcpStateCode(), QString());
-
-    // A sticky given to another component belongs to that one only.
-    drawing.mcpItems[0]->addStateSticky(drawing.stickies[1], true);
-    QVERIFY(drawing.mcpItems[1]->getListSticky().isEmpty());
-    QCOMPARE(drawing.stickies[1]->getSdcMcp(), drawing.mcps[0].data());
-    delete drawing.mcpItems[1];
-    QVERIFY(!drawing.stickies[1].isNull());
-}
-
-void tst_ItemLifetime::removedStickyTakesItsFeatureAlong()
-{
-    Drawing drawing;
-    drawing.mcps[0]->addTag(QStringLiteral("Q"), QStringLiteral("#00ff00"));
-    drawing.mcpItems[0]->removeStateSticky(nullptr);
-    drawing.mcpItems[0]->removeStateSticky(drawing.stickies[1]);
-    QVERIFY(!drawing.stickies[1].isNull());
-    drawing.mcpItems[0]->removeStateSticky(drawing.stickies[0]);
-    QVERIFY(drawing.stickies[0].isNull() && drawing.tags[0].isNull());
-    QCOMPARE(drawing.mcps[0]->getListSdcMcpTags().size(), 1);
-    QCOMPARE(drawing.mcps[0]->getMcpStateCode(), QStringLiteral("Q"));
-    // The row has closed around the one that is left.
-    ZelRectItemMcpSticky *const left = drawing.mcpItems[0]->getSticky(0);
-    QVERIFY((left->mapRectToParent(left->rect()).center()).manhattanLength() < 1e-9);
-}
-
-void tst_ItemLifetime::featureOfADeadSticky()
-{
-    // A sticky alone, without scene and component, and a feature deleted before its sticky.
-    auto sticky = std::make_unique<ZelRectItemMcpSticky>(nullptr);
-    const QPointer<SdcMcpTag> tag = sticky->getSdcMcpTag();
-    QCOMPARE(tag->getZelRectItemMcpSticky(), sticky.get());
-    sticky.reset();
-    QVERIFY(tag.isNull());
-
-    sticky = std::make_unique<ZelRectItemMcpSticky>(nullptr);
-    delete sticky->getSdcMcpTag();
-    QVERIFY(!sticky->getSdcMcpTag());
-}
-
-void tst_ItemLifetime::lineLeavesItsBondAlone()
-{
-    Drawing drawing;
-    // A line that only shows the bond does not unregister the bond's own line.
+    void partsDieInAnyOrder_data()
     {
-        ZelLineItemBstBst other;
-        other.setSdc(drawing.bond.get());
+        QTest::addColumn<QString>("order");
+        // m molecule, b bond, s scene, 0 and 1 component items, x site item 0, t sticky 0, k
+        // backbone, l line
+        QString order = QStringLiteral("bms");
+        do {
+            QTest::newRow(qPrintable(QLatin1String("all at once: ") + order)) << order;
+        } while (std::next_permutation(order.begin(), order.end()));
+        for (const char *parts : {"0mb1s", "1s0bm", "0b", "10m", "x0bm", "xlb", "lbms", "lsbm",
+                 "t0m", "mt0", "k01", "0k1m", "k1m0", "sm", "m01lb", "mxtb", "txlk01bms"})
+            QTest::newRow(parts) << QString::fromLatin1(parts);
     }
-    QCOMPARE(drawing.bond->getZelLineItemBstBst(), drawing.line.data());
-    delete drawing.line;
-    QVERIFY(!drawing.bond->getZelLineItemBstBst());
-    QCOMPARE(drawing.bond->getPartnerSdcBst(drawing.bsts[0]), drawing.bsts[1].data());
-}
+
+    void partsDieInAnyOrder()
+    {
+        QFETCH(QString, order);
+        Drawing drawing;
+        for (const QChar part : order) {
+            switch (part.toLatin1()) {
+            case 'm':
+                drawing.mol.reset();
+                break;
+            case 'b':
+                drawing.bond.reset();
+                break;
+            case 's':
+                drawing.scene.reset();
+                break;
+            case '0':
+                delete drawing.mcpItems[0];
+                break;
+            case '1':
+                delete drawing.mcpItems[1];
+                break;
+            case 'x':
+                delete drawing.bstItems[0];
+                break;
+            case 't':
+                delete drawing.stickies[0];
+                break;
+            case 'k':
+                delete drawing.backbone;
+                break;
+            case 'l':
+                delete drawing.line;
+                break;
+            }
+            drawing.use();
+            // Sites that lost their molecule say so when they are asked for their number.
+            takeDebugLines();
+        }
+        const bool sceneLeft = !order.contains(u's');
+        QCOMPARE(!drawing.mcpItems[0].isNull(), sceneLeft && !order.contains(u'0'));
+        QCOMPARE(!drawing.mcps[0].isNull(), !order.contains(u'm'));
+    }
+
+    void deadItemsAreForgotten()
+    {
+        Drawing drawing;
+        delete drawing.mcpItems[0];
+        QVERIFY(!drawing.mcps[0]->getZelEllipseItemMcp());
+        QVERIFY(!drawing.bsts[0]->getZelEllipseItemBst());
+        QVERIFY(drawing.bstItems[0].isNull() && drawing.stickies[0].isNull());
+        QVERIFY(drawing.tags[0].isNull());
+        QVERIFY(drawing.mcps[0]->getListSdcMcpTags().isEmpty());
+        QVERIFY(drawing.backbone.isNull());
+        QVERIFY(drawing.mcpItems[1]->getListMcpMcp().isEmpty());
+        QVERIFY(!drawing.line.isNull());
+        QCOMPARE(drawing.line->getListZelEllipseItemBst(),
+            QList<ZelEllipseItemBst *>{drawing.bstItems[1]});
+    }
+
+    void deadComponentsLeaveGhosts()
+    {
+        Drawing drawing;
+        drawing.mol.reset();
+        QVERIFY(!drawing.mcpItems[0]->getSdc() && !drawing.mcpItems[0]->getSdcMcp());
+        QVERIFY(!drawing.bstItems[0]->getSdc());
+        QCOMPARE(drawing.bstItems[0]->getBindingStatus(), BindingStatusUnspecified);
+        QVERIFY(!drawing.stickies[0]->getSdcMcp());
+        QCOMPARE(drawing.mcpItems[0]->getListNeighborZelEllipseItemMcp().size(), 1);
+        QVERIFY(!drawing.bond->getSdcBst1());
+    }
+
+    void deadStickyLeavesItsRow()
+    {
+        Drawing drawing;
+        delete drawing.stickies[0];
+        QVERIFY(drawing.mcpItems[0]->getListSticky().isEmpty());
+        QVERIFY(!drawing.mcpItems[0]->getSticky(0));
+        QVERIFY(drawing.mcps[0]->getListSdcMcpTags().isEmpty());
+        QCOMPARE(drawing.mcps[0]->getMcpStateCode(), QString());
+
+        // A sticky given to another component belongs to that one only.
+        drawing.mcpItems[0]->addStateSticky(drawing.stickies[1], true);
+        QVERIFY(drawing.mcpItems[1]->getListSticky().isEmpty());
+        QCOMPARE(drawing.stickies[1]->getSdcMcp(), drawing.mcps[0].data());
+        delete drawing.mcpItems[1];
+        QVERIFY(!drawing.stickies[1].isNull());
+    }
+
+    void removedStickyTakesItsFeatureAlong()
+    {
+        Drawing drawing;
+        drawing.mcps[0]->addTag(QStringLiteral("Q"), QStringLiteral("#00ff00"));
+        drawing.mcpItems[0]->removeStateSticky(nullptr);
+        drawing.mcpItems[0]->removeStateSticky(drawing.stickies[1]);
+        QVERIFY(!drawing.stickies[1].isNull());
+        drawing.mcpItems[0]->removeStateSticky(drawing.stickies[0]);
+        QVERIFY(drawing.stickies[0].isNull() && drawing.tags[0].isNull());
+        QCOMPARE(drawing.mcps[0]->getListSdcMcpTags().size(), 1);
+        QCOMPARE(drawing.mcps[0]->getMcpStateCode(), QStringLiteral("Q"));
+        // The row has closed around the one that is left.
+        ZelRectItemMcpSticky *const left = drawing.mcpItems[0]->getSticky(0);
+        QVERIFY((left->mapRectToParent(left->rect()).center()).manhattanLength() < 1e-9);
+    }
+
+    void lineLeavesItsBondAlone()
+    {
+        Drawing drawing;
+        // A line that only shows the bond does not unregister the bond's own line.
+        {
+            ZelLineItemBstBst other;
+            other.setSdc(drawing.bond.get());
+        }
+        QCOMPARE(drawing.bond->getZelLineItemBstBst(), drawing.line.data());
+        delete drawing.line;
+        QVERIFY(!drawing.bond->getZelLineItemBstBst());
+        QCOMPARE(drawing.bond->getPartnerSdcBst(drawing.bsts[0]), drawing.bsts[1].data());
+    }
+};
 
 ZEL_TEST(tst_ItemLifetime)
 #include "tst_ItemLifetime.moc"

@@ -3,31 +3,6 @@
 #include "zelModelSupport/graphics/ZelSceneMol.h"
 
 #include <QColorDialog>
-#include <QSignalSpy>
-
-// The context menus of the base scene and the choice of a molecule's colour.
-class tst_SceneMenus : public ZelTest
-{
-    Q_OBJECT
-private slots:
-    void stickyMenu_data();
-    void stickyMenu();
-    void stickyMenuDismissed();
-    void componentMenuNegates_data();
-    void componentMenuNegates();
-    void componentMenuShowsInteractions();
-    void siteMenu_data();
-    void siteMenu();
-    void siteMenuEntries();
-    void siteMenuNeedsDisplay();
-    void noMenu();
-    void deathInOpenMenu_data();
-    void deathInOpenMenu();
-    void colour_data();
-    void colour();
-    void colourWithoutView();
-    void colourFindsNothing();
-};
 
 namespace {
 
@@ -46,296 +21,214 @@ void answerColorDialog(QObject *context, bool accept, const QColor &color, QStri
     });
 }
 
+/// The texts of a menu, "|" for a separator, with "*" before what is checked and "-" before what
+/// cannot be chosen.
+QString textOf(QMenu *menu)
+{
+    QStringList texts;
+    for (QAction *action : menu->actions()) {
+        const QString mark = action->isChecked() ? "*" : action->isEnabled() ? "" : "-";
+        texts << (action->isSeparator() ? "|" : mark + action->text());
+    }
+    return texts.join(u';');
+}
+
 } // namespace
 
-void tst_SceneMenus::stickyMenu_data()
+// The context menus of the base scene and the choice of a molecule's colour.
+class tst_SceneMenus : public ZelTest
 {
-    QTest::addColumn<int>("present");
-    QTest::addColumn<QString>("chosen");
-    QTest::addColumn<int>("state");
-    QTest::addColumn<int>("changes");
-    QTest::newRow("on to off") << 2 << QStringLiteral("Off") << 1 << 1;
-    QTest::newRow("off to on") << 1 << QStringLiteral("On") << 2 << 1;
-    QTest::newRow("on to don't care") << 2 << QStringLiteral("Don't Care") << 4 << 1;
-    QTest::newRow("what it is already") << 4 << QStringLiteral("Don't Care") << 4 << 0;
-}
+    Q_OBJECT
 
-void tst_SceneMenus::stickyMenu()
-{
-    QFETCH(int, present);
-    QFETCH(QString, chosen);
-    QFETCH(int, state);
-    QFETCH(int, changes);
-    SceneStage<OpenScene> stage;
-    SdcMcp *const mcp = stage.addComponent({0.0, 0.0});
-    mcp->addTag(QStringLiteral("P"), QString());
-    ZelRectItemMcpSticky *const sticky = mcp->getListSticky().first();
-    sticky->setStateType(present, false);
-    QSignalSpy spy(&stage.scene(), &ZelScene::signal_setStickyState);
-    QSignalSpy begun(&stage.scene(), &ZelScene::signal_changeBegin);
-    QSignalSpy ended(&stage.scene(), &ZelScene::signal_changeEnd);
-    QStringList texts;
-    QString checked;
-    QVERIFY(stage.menuAt(sticky->sceneBoundingRect().center(), [&](QMenu *menu) {
-        const QList<QAction *> actions = menu->actions();
-        for (QAction *action : actions) {
-            texts << action->text();
-            if (action->isChecked())
-                checked += action->text();
+    /// A component with feature P and a site, whose binding status the menu may show and change.
+    struct MenuStage : RimStage
+    {
+        ZelRectItemMcpSticky *sticky;
+        QString menu; ///< the texts of the one that opened last
+        MenuStage()
+        {
+            mcp->addTag(QStringLiteral("P"), QString());
+            sticky = mcp->getListSticky().first();
+            bst->setProperty(SdcProperty::ShortName, QStringLiteral("s"));
+            scene().setAllowToDisplayBindingStatus(true);
+            scene().setAllowToChangeBindingStatus(true);
+            log();
         }
-        stage.choose(menu, chosen);
-    }));
-    QCOMPARE(texts,
-        (QStringList{QStringLiteral("Feature \"P\" State"), QString(), QStringLiteral("On"),
-            QStringLiteral("Off"), QStringLiteral("Don't Care")}));
-    QCOMPARE(checked, sticky->getStateTypeName());
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(0).value<ZelRectItemMcpSticky *>(), sticky);
-    QCOMPARE(spy.at(0).at(1).toInt(), state);
-    QCOMPARE(begun.size(), changes);
-    QCOMPARE(ended.size(), changes);
-}
-
-void tst_SceneMenus::stickyMenuDismissed()
-{
-    SceneStage<OpenScene> stage;
-    SdcMcp *const mcp = stage.addComponent({0.0, 0.0});
-    mcp->addTag(QStringLiteral("P"), QString());
-    QSignalSpy spy(&stage.scene(), &ZelScene::signal_setStickyState);
-    QVERIFY(stage.menuAt(mcp->getListSticky().first()->sceneBoundingRect().center(),
-        [](QMenu *menu) { QTest::keyClick(menu, Qt::Key_Escape); }));
-    QCOMPARE(spy.size(), 0);
-}
-
-void tst_SceneMenus::componentMenuNegates_data()
-{
-    QTest::addColumn<bool>("negated");
-    QTest::addColumn<bool>("chooses");
-    QTest::addColumn<bool>("result");
-    QTest::newRow("negate") << false << true << true;
-    QTest::newRow("affirm") << true << true << false;
-    QTest::newRow("dismissed, plain") << false << false << false;
-    QTest::newRow("dismissed, negated") << true << false << true;
-}
-
-void tst_SceneMenus::componentMenuNegates()
-{
-    QFETCH(bool, negated);
-    QFETCH(bool, chooses);
-    QFETCH(bool, result);
-    SceneStage<OpenScene> stage;
-    SdcMcp *const mcp = stage.addComponent({0.0, 0.0});
-    mcp->setProperty(SdcProperty::Negation, negated ? QStringLiteral("1") : QString());
-    QSignalSpy spy(&stage.scene(), &ZelScene::signal_setNegation);
-    QSignalSpy begun(&stage.scene(), &ZelScene::signal_changeBegin);
-    const QString entry = QStringLiteral("Molecule Component: Not -- Negation of Tag States");
-    bool checked = !negated;
-    QVERIFY(stage.menuAt({0.0, 20.0}, [&](QMenu *menu) {
-        checked = stage.action(menu, entry)->isChecked();
-        if (chooses)
-            stage.choose(menu, entry);
-    }));
-    QCOMPARE(checked, negated);
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(0).value<SdcMcp *>(), mcp);
-    QCOMPARE(spy.at(0).at(1).toBool(), result);
-    QCOMPARE(begun.size(), chooses ? 1 : 0);
-}
-
-void tst_SceneMenus::componentMenuShowsInteractions()
-{
-    SceneStage<OpenScene> stage;
-    stage.addComponent({0.0, 0.0});
-    QSignalSpy spy(&stage.scene(), &ZelScene::signal_showRelatedMli);
-    const auto choose = [&](QMenu *menu) {
-        QCOMPARE(menu->actions().first()->text(),
-            QStringLiteral("Molecule: Show Predefined Interactions"));
-        stage.choose(menu, menu->actions().first()->text());
+        /// Right-clicks and chooses an entry, or dismisses the menu; what the scene said of it.
+        QString choose(const QPointF &p, const QString &entry)
+        {
+            menu.clear();
+            menuAt(p, [&](QMenu *opened) {
+                menu = textOf(opened);
+                if (entry.isEmpty())
+                    QTest::keyClick(opened, Qt::Key_Escape);
+                else
+                    SceneStage<OpenScene>::choose(opened, entry);
+            });
+            return log();
+        }
     };
-    QVERIFY(stage.menuAt({0.0, 20.0}, choose));
-    QCOMPARE(spy.size(), 0); // a molecule that was never saved has none
-    stage.mol().setProperty(SdcProperty::PsiimId, QStringLiteral("mol7"));
-    QVERIFY(stage.menuAt({0.0, 20.0}, choose));
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("mol7"));
-}
 
-void tst_SceneMenus::siteMenu_data()
-{
-    QTest::addColumn<int>("present");
-    QTest::addColumn<QString>("chosen");
-    QTest::addColumn<bool>("mayChange");
-    QTest::addColumn<int>("reported");
-    QTest::newRow("bound") << 1 << QStringLiteral("Bound") << true << 2;
-    QTest::newRow("unbound") << 2 << QStringLiteral("Unbound") << true << 4;
-    QTest::newRow("don't care") << 4 << QStringLiteral("Don't Care") << true << 1;
-    QTest::newRow("dismissed") << 4 << QString() << true << 4;
-    QTest::newRow("locked") << 4 << QStringLiteral("Bound") << false << 4;
-}
+private slots:
+    void stickyMenu_data()
+    {
+        rows<int, QString, QString>({"present", "chosen", "said"},
+            {{"on to off", {2, "Off", "begin, P=1, end"}},
+                {"off to on", {1, "On", "begin, P=2, end"}},
+                {"on to don't care", {2, "Don't Care", "begin, P=4, end"}},
+                {"what it is already", {4, "Don't Care", "P=4"}}, {"dismissed", {2, "", ""}}});
+    }
 
-void tst_SceneMenus::siteMenu()
-{
-    QFETCH(int, present);
-    QFETCH(QString, chosen);
-    QFETCH(bool, mayChange);
-    QFETCH(int, reported);
-    SceneStage<OpenScene> stage;
-    SdcBst *const bst = stage.addSite(stage.addComponent({0.0, 0.0}), 0.0);
-    bst->setBindingStatus(static_cast<BindingStatusType>(present));
-    stage.scene().setAllowToDisplayBindingStatus(true);
-    stage.scene().setAllowToChangeBindingStatus(mayChange);
-    QSignalSpy spy(&stage.scene(), &ZelScene::signal_setBstBindingStatus);
-    QSignalSpy begun(&stage.scene(), &ZelScene::signal_changeBegin);
-    QVERIFY(stage.menuAt(centreOf(bst->getZelEllipseItemBst()), [&](QMenu *menu) {
-        if (chosen.isEmpty())
-            QTest::keyClick(menu, Qt::Key_Escape);
-        else
-            stage.choose(menu, chosen);
-    }));
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(0).value<SdcBst *>(), bst);
-    QCOMPARE(spy.at(0).at(1).value<BindingStatusType>(), BindingStatusType(reported));
-    QCOMPARE(begun.size(), reported == present ? 0 : 1);
-}
+    void stickyMenu()
+    {
+        QFETCH(int, present);
+        QFETCH(QString, chosen);
+        QFETCH(QString, said);
+        MenuStage stage;
+        stage.sticky->setStateType(present, false);
+        const QString before = stage.sticky->getStateTypeName();
+        QCOMPARE(stage.choose(stage.sticky->sceneBoundingRect().center(), chosen), said);
+        QCOMPARE(stage.menu.section(u'*', 1).section(u';', 0, 0), before); // the checked one
+        QCOMPARE(stage.menu.remove(u'*'), "-Feature \"P\" State;|;On;Off;Don't Care");
+    }
 
-void tst_SceneMenus::siteMenuEntries()
-{
-    SceneStage<OpenScene> stage;
-    SdcBst *const bst = stage.addSite(stage.addComponent({0.0, 0.0}), 0.0);
-    bst->setProperty(SdcProperty::ShortName, QStringLiteral("s"));
-    stage.scene().setAllowToDisplayBindingStatus(true);
-    stage.scene().setAllowToChangeBindingStatus(true);
-    QVERIFY(stage.menuAt(centreOf(bst->getZelEllipseItemBst()), [&](QMenu *menu) {
-        const QList<QAction *> actions = menu->actions();
-        QCOMPARE(actions.size(), 5);
-        QCOMPARE(actions.at(0)->text(), QStringLiteral("Binding Site \"s\" Binding Status:"));
-        QVERIFY(!actions.at(0)->isEnabled());
-        QVERIFY(actions.at(1)->isSeparator());
-        QVERIFY(stage.action(menu, QStringLiteral("Don't Care"))->isChecked());
-        QVERIFY(stage.action(menu, QStringLiteral("Bound"))->isEnabled());
-        QVERIFY(stage.action(menu, QStringLiteral("Unbound"))->isEnabled());
-    }));
-}
+    void componentMenu_data()
+    {
+        rows<bool, bool, QString>({"negated", "chooses", "said"},
+            {{"negate", {false, true, "begin, a=not, end"}},
+                {"affirm", {true, true, "begin, a=plain, end"}},
+                {"dismissed, plain", {false, false, "a=plain"}},
+                {"dismissed, negated", {true, false, "a=not"}}});
+    }
 
-void tst_SceneMenus::siteMenuNeedsDisplay()
-{
-    SceneStage<OpenScene> stage;
-    SdcBst *const bst = stage.addSite(stage.addComponent({0.0, 0.0}), 0.0);
-    QVERIFY(!stage.menuAt(centreOf(bst->getZelEllipseItemBst()), [](QMenu *) {}));
-}
+    void componentMenu()
+    {
+        QFETCH(bool, negated);
+        QFETCH(bool, chooses);
+        QFETCH(QString, said);
+        MenuStage stage;
+        stage.mcp->setProperty(SdcProperty::Negation, negated ? "1" : "");
+        stage.log();
+        const QString entry = QStringLiteral("Molecule Component: Not -- Negation of Tag States");
+        QCOMPARE(stage.choose({0.0, 20.0}, chooses ? entry : QString()), said);
+        QCOMPARE(stage.menu.contains(u'*' + entry), negated);
+        const QString show = QStringLiteral("Molecule: Show Predefined Interactions");
+        QVERIFY(stage.menu.startsWith(show));
+        QVERIFY(!stage.choose({0.0, 20.0}, show).contains("interactions")); // was never saved
+        stage.mol().setProperty(SdcProperty::PsiimId, QStringLiteral("mol7"));
+        QVERIFY(stage.choose({0.0, 20.0}, show).contains("interactions of mol7"));
+    }
 
-void tst_SceneMenus::noMenu()
-{
-    SceneStage<OpenScene> stage;
-    stage.addComponent({0.0, 0.0});
-    stage.scene().addMcp(QRectF(100.0, 0.0, 60.0, 60.0)); // without component
-    const auto ignore = [](QMenu *) {};
-    QVERIFY(!stage.menuAt({200.0, 200.0}, ignore));
-    QVERIFY(!stage.menuAt({130.0, 30.0}, ignore));
-    stage.scene().setContextMenuEnabled(false);
-    QVERIFY(!stage.menuAt({0.0, 0.0}, ignore));
-}
+    void siteMenu_data()
+    {
+        rows<int, QString, bool, QString>({"present", "chosen", "mayChange", "said"},
+            {{"bound", {1, "Bound", true, "begin, s=2, end"}},
+                {"unbound", {2, "Unbound", true, "begin, s=4, end"}},
+                {"don't care", {4, "Don't Care", true, "begin, s=1, end"}},
+                {"dismissed", {4, "", true, "s=4"}}, {"locked", {4, "Bound", false, "s=4"}}});
+    }
 
-void tst_SceneMenus::deathInOpenMenu_data()
-{
-    QTest::addColumn<QString>("over");
-    for (const char *over : {"sticky", "component", "site"})
-        QTest::newRow(over) << QString::fromLatin1(over);
-}
+    void siteMenu()
+    {
+        QFETCH(int, present);
+        QFETCH(QString, chosen);
+        QFETCH(bool, mayChange);
+        QFETCH(QString, said);
+        MenuStage stage;
+        stage.bst->setBindingStatus(static_cast<BindingStatusType>(present));
+        stage.scene().setAllowToChangeBindingStatus(mayChange);
+        QCOMPARE(stage.choose({30.0, 0.0}, chosen), said);
+        QVERIFY(stage.menu.startsWith("-Binding Site \"s\" Binding Status:;|;"));
+        QCOMPARE(stage.menu.count(u'*'), 1);
+    }
 
-void tst_SceneMenus::deathInOpenMenu()
-{
-    QFETCH(QString, over);
-    SceneStage<OpenScene> stage;
-    SdcMcp *const mcp = stage.addComponent({0.0, 0.0});
-    mcp->addTag(QStringLiteral("P"), QString());
-    SdcBst *const bst = stage.addSite(mcp, 0.0);
-    stage.scene().setAllowToDisplayBindingStatus(true);
-    QSignalSpy sticky(&stage.scene(), &ZelScene::signal_setStickyState);
-    QSignalSpy negation(&stage.scene(), &ZelScene::signal_setNegation);
-    QSignalSpy status(&stage.scene(), &ZelScene::signal_setBstBindingStatus);
-    QPointF p(0.0, 20.0);
-    if (over == QLatin1String("sticky"))
-        p = mcp->getListSticky().first()->sceneBoundingRect().center();
-    else if (over == QLatin1String("site"))
-        p = centreOf(bst->getZelEllipseItemBst());
-    QVERIFY(stage.menuAt(p, [&](QMenu *menu) {
-        stage.scene().removeSdcMcp(mcp);
-        if (QAction *entry = stage.action(menu, QStringLiteral("Off")))
-            stage.choose(menu, entry->text());
-    }));
-    QCOMPARE(sticky.size() + negation.size() + status.size(), 0);
-    QCOMPARE(stage.mol().getListSdcMcp().size(), 0);
-}
+    void noMenu()
+    {
+        MenuStage stage;
+        stage.scene().addMcp(QRectF(100.0, 0.0, 60.0, 60.0)); // without component
+        const auto ignore = [](QMenu *) {};
+        QVERIFY(!stage.menuAt({200.0, 200.0}, ignore));
+        QVERIFY(!stage.menuAt({130.0, 30.0}, ignore));
+        stage.scene().setAllowToDisplayBindingStatus(false);
+        QVERIFY(!stage.menuAt({30.0, 0.0}, ignore));
+        stage.scene().setContextMenuEnabled(false);
+        QVERIFY(!stage.menuAt({0.0, 20.0}, ignore));
+    }
 
-void tst_SceneMenus::colour_data()
-{
-    QTest::addColumn<bool>("accept");
-    QTest::addColumn<bool>("overSite");
-    QTest::newRow("accepted over a component") << true << false;
-    QTest::newRow("accepted over a site") << true << true;
-    QTest::newRow("cancelled") << false << false;
-}
+    void deathInOpenMenu_data()
+    {
+        rows<QPointF>({"at"},
+            {{"sticky", {QPointF(0.0, 0.0)}}, {"component", {QPointF(0.0, 20.0)}},
+                {"site", {QPointF(30.0, 0.0)}}});
+    }
 
-void tst_SceneMenus::colour()
-{
-    QFETCH(bool, accept);
-    QFETCH(bool, overSite);
-    SceneStage<ZelSceneMol> stage;
-    SdcMcp *const mcp = stage.addComponent({0.0, 0.0});
-    SdcMcp *const second = stage.addComponent({100.0, 0.0});
-    SdcBst *const bst = stage.addSite(mcp, 0.0);
-    QSignalSpy begun(&stage.scene(), &ZelScene::signal_changeBegin);
-    QSignalSpy ended(&stage.scene(), &ZelScene::signal_changeEnd);
-    const QColor green(10, 200, 30);
-    QString title;
-    const QPointF p = overSite ? centreOf(bst->getZelEllipseItemBst()) : QPointF(0.0, 10.0);
-    QVERIFY(stage.menuAt(p, [&](QMenu *menu) {
-        answerColorDialog(&stage.scene(), accept, green, &title);
-        stage.choose(menu, QStringLiteral("Change Molecule Color"));
-    }));
-    QCOMPARE(title, QStringLiteral("Select Color"));
-    const QColor expected = accept ? green : QColor(Qt::white);
-    QCOMPARE(stage.mol().getMolColor(), expected);
-    QCOMPARE(second->getZelEllipseItemMcp()->brush().color(), expected);
-    QCOMPARE(bst->getZelEllipseItemBst()->brush().color(), expected);
-    QCOMPARE(stage.mol().getProperty(SdcProperty::Color), accept ? green.name() : QString());
-    QCOMPARE(begun.size(), accept ? 1 : 0);
-    QCOMPARE(ended.size(), accept ? 1 : 0);
-}
+    void deathInOpenMenu()
+    {
+        QFETCH(QPointF, at);
+        MenuStage stage;
+        QVERIFY(stage.menuAt(at, [&](QMenu *menu) {
+            stage.scene().removeSdcMcp(stage.mcp);
+            if (QAction *entry = stage.action(menu, QStringLiteral("Off")))
+                SceneStage<OpenScene>::choose(menu, entry->text());
+        }));
+        QVERIFY(!stage.log().contains(u'='));
+        QCOMPARE(stage.mol().getListSdcMcp().size(), 0);
+    }
 
-void tst_SceneMenus::colourWithoutView()
-{
-    ZelScene scene;
-    SdcMol mol(nullptr);
-    auto *mcp = new SdcMcp(nullptr);
-    scene.addMcp(QRectF(0.0, 0.0, 60.0, 60.0))->setSdcMcp(mcp);
-    mol.addSdcMcp(mcp);
-    QString title;
-    answerColorDialog(&scene, true, Qt::red, &title);
-    scene.changeMolColor({30.0, 30.0});
-    QCOMPARE(mol.getMolColor(), QColor(Qt::red));
-    // The molecule may die while the dialog is open.
-    QTimer::singleShot(0, &scene, [&] { scene.removeSdcMcp(mcp); });
-    answerColorDialog(&scene, true, Qt::blue, &title);
-    scene.changeMolColor({30.0, 30.0});
-    QCOMPARE(mol.getProperty(SdcProperty::Color), QColor(Qt::blue).name());
-}
+    void colour_data()
+    {
+        rows<bool, QPointF>({"accept", "at"},
+            {{"accepted over a component", {true, QPointF(0.0, 10.0)}},
+                {"accepted over a site", {true, QPointF(30.0, 0.0)}},
+                {"cancelled", {false, QPointF(0.0, 10.0)}}});
+    }
 
-void tst_SceneMenus::colourFindsNothing()
-{
-    ZelScene scene;
-    scene.changeMolColor({0.0, 0.0});
-    QCOMPARE(takeDebugLines(),
-        QStringList{
-            QStringLiteral("Error found at void ZelScene::changeMolColor(const QPointF & p)")});
-    auto *mcp = new SdcMcp(nullptr, &scene);
-    scene.addMcp(QRectF(0.0, 0.0, 60.0, 60.0))->setSdcMcp(mcp);
-    scene.changeMolColor({30.0, 30.0});
-    QCOMPARE(takeDebugLines(),
-        QStringList{
-            QStringLiteral("Mol not found at void ZelScene::changeMolColor(const QPointF & p)")});
-}
+    void colour()
+    {
+        QFETCH(bool, accept);
+        QFETCH(QPointF, at);
+        SceneStage<ZelSceneMol> stage;
+        SdcBst *const bst = stage.addSite(stage.addComponent({0.0, 0.0}), 0.0);
+        SdcMcp *const second = stage.addComponent({100.0, 0.0});
+        const QColor green(10, 200, 30);
+        QString title;
+        stage.log();
+        QVERIFY(stage.menuAt(at, [&](QMenu *menu) {
+            answerColorDialog(&stage.scene(), accept, green, &title);
+            stage.choose(menu, QStringLiteral("Change Molecule Color"));
+        }));
+        QCOMPARE(title, "Select Color");
+        const QColor expected = accept ? green : QColor(Qt::white);
+        QCOMPARE(stage.mol().getMolColor(), expected);
+        QCOMPARE(second->getZelEllipseItemMcp()->brush().color(), expected);
+        QCOMPARE(bst->getZelEllipseItemBst()->brush().color(), expected);
+        QCOMPARE(stage.mol().getProperty(SdcProperty::Color), accept ? green.name() : QString());
+        QCOMPARE(stage.log(), accept ? "begin, end" : "");
+    }
+
+    void colourWithoutViewOrMolecule()
+    {
+        ZelScene scene;
+        SdcMol mol(nullptr);
+        QString title;
+        scene.changeMolColor({0.0, 0.0});
+        auto *mcp = new SdcMcp(nullptr);
+        scene.addMcp(QRectF(0.0, 0.0, 60.0, 60.0))->setSdcMcp(mcp);
+        scene.changeMolColor({30.0, 30.0});
+        const QString place = QStringLiteral("found at void ZelScene::changeMolColor(const QPointF "
+                                             "& p)");
+        QCOMPARE(takeDebugLines(), (QStringList{"Error " + place, "Mol not " + place}));
+        mol.addSdcMcp(mcp);
+        answerColorDialog(&scene, true, Qt::red, &title);
+        scene.changeMolColor({30.0, 30.0});
+        QCOMPARE(mol.getMolColor(), QColor(Qt::red));
+        // The molecule may die while the dialog is open.
+        QTimer::singleShot(0, &scene, [&] { scene.removeSdcMcp(mcp); });
+        answerColorDialog(&scene, true, Qt::blue, &title);
+        scene.changeMolColor({30.0, 30.0});
+        QCOMPARE(mol.getProperty(SdcProperty::Color), QColor(Qt::blue).name());
+    }
+};
 
 ZEL_TEST(tst_SceneMenus)
 #include "tst_SceneMenus.moc"

@@ -7,31 +7,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTagSet.h"
 
-#include <QSignalSpy>
-
 #include <functional>
-#include <random>
-
-// The state of a scene as a value: taken, changed, put back, taken again.
-class tst_SceneState : public ZelTest
-{
-    Q_OBJECT
-private slots:
-    void everyChangeIsUndoneAndRedone_data();
-    void everyChangeIsUndoneAndRedone();
-    void survivorsKeepTheirIdentity();
-    void puttingBackIsNoChangeOfTheUser();
-    void takenBetweenBeginAndEnd();
-    void bondsComeBack();
-    void bondsComeBackInAnyOrder();
-    void sceneWithoutDataComponent();
-    void moleculesWithoutDataComponent();
-    void stickyWithoutFeature();
-    void codesOfOneSideAreEqual();
-    void moleculeThatIsGone();
-    void labelsAndLinesFollow();
-    void longRandomHistory();
-};
 
 using Change = std::function<void(SceneStage<ZelSceneMol> &)>;
 Q_DECLARE_METATYPE(Change)
@@ -79,15 +55,8 @@ QList<QPair<const char *, Change>> changes()
                     mcp->getListSdcBst().first()->getZelEllipseItemBst(),
                     mcp->getZelEllipseItemMcp(), 10.0);
             }},
-        {"end component moved",
-            [](Stage &s) {
-                s.scene().moveAroundAttachedItemByDegree(component(s, 2)->getZelEllipseItemMcp(),
-                    component(s, 1)->getZelEllipseItemMcp(), 25.0);
-            }},
         {"turned by a quarter",
             [](Stage &s) { zgs::rotate(s.mol().getListSdcMcp(), 90.0, false); }},
-        {"turned by some degrees",
-            [](Stage &s) { zgs::rotate(s.mol().getListSdcMcp(), 17.0, false); }},
         {"mirrored", [](Stage &s) { zgs::flipY(s.mol().getListSdcMcp(), false); }},
         {"feature states",
             [](Stage &s) {
@@ -133,8 +102,6 @@ QList<QPair<const char *, Change>> changes()
                     true);
             }},
         {"first component removed", [](Stage &s) { s.scene().removeSdcMcp(component(s, 0)); }},
-        {"last component removed",
-            [](Stage &s) { s.scene().removeSdcMcp(s.mol().getListSdcMcp().last()); }},
         {"first site removed",
             [](Stage &s) { s.scene().removeSdcBst(component(s, 0)->getListSdcBst().first()); }},
         {"site added", [](Stage &s) { s.scene().addSdcBst(component(s, 0)); }},
@@ -153,258 +120,193 @@ QList<QPair<const char *, Change>> changes()
 
 } // namespace
 
-void tst_SceneState::everyChangeIsUndoneAndRedone_data()
+// The state of a scene as a value: taken, changed, put back, taken again.
+class tst_SceneState : public ZelTest
 {
-    QTest::addColumn<Change>("change");
-    for (const auto &[name, change] : changes())
-        QTest::newRow(name) << change;
-}
+    Q_OBJECT
+private slots:
+    void everyChangeIsUndoneAndRedone_data()
+    {
+        QTest::addColumn<Change>("change");
+        for (const auto &[name, change] : changes())
+            QTest::newRow(name) << change;
+    }
 
-void tst_SceneState::everyChangeIsUndoneAndRedone()
-{
-    QFETCH(Change, change);
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    change(stage);
-    const ZelSceneState after = ZelSceneState::take(&stage.scene());
-    QVERIFY(before != after);
-    for (int i = 0; i < 3; ++i) {
+    void everyChangeIsUndoneAndRedone()
+    {
+        QFETCH(Change, change);
+        SceneStage<ZelSceneMol> stage;
+        build(stage);
+        const ZelSceneState before = ZelSceneState::take(&stage.scene());
+        change(stage);
+        const ZelSceneState after = ZelSceneState::take(&stage.scene());
+        QVERIFY(before != after);
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(before.restore(&stage.scene()));
+            QVERIFY(ZelSceneState::take(&stage.scene()) == before);
+            QCOMPARE(component(stage, 2)->getMcpStateCode(), QStringLiteral("P;Q"));
+            QVERIFY(after.restore(&stage.scene()));
+            QVERIFY(ZelSceneState::take(&stage.scene()) == after);
+        }
+        const int itemCount = static_cast<int>(stage.scene().items().size());
+        QVERIFY(before.restore(&stage.scene()));
+        QVERIFY(after.restore(&stage.scene()));
+        QCOMPARE(static_cast<int>(stage.scene().items().size()), itemCount);
+    }
+
+    void survivorsKeepTheirIdentity()
+    {
+        SceneStage<ZelSceneMol> stage;
+        build(stage);
+        const ZelSceneState before = ZelSceneState::take(&stage.scene());
+        SdcMcp *const first = component(stage, 0);
+        SdcMcp *const last = component(stage, 2);
+        stage.scene().removeSdcMcp(component(stage, 1));
+        QVERIFY(before.restore(&stage.scene()));
+        QCOMPARE(component(stage, 0), first);
+        QCOMPARE(component(stage, 2), last);
+        QCOMPARE(component(stage, 1)->getPsiimId(), QStringLiteral("mcp1"));
+        QCOMPARE(component(stage, 1)->getNumOfNeigbhors(), 2);
+        QCOMPARE(component(stage, 1)->getSdcMcpTagSet()->getListSdcMcpTags().size(), 2);
+        QCOMPARE(stage.mol().rowCount(), 3);
+        QCOMPARE(stage.mol().child(1), component(stage, 1));
+    }
+
+    void puttingBackIsNoChangeOfTheUser()
+    {
+        SceneStage<ZelSceneMol> stage;
+        build(stage);
+        const ZelSceneState before = ZelSceneState::take(&stage.scene());
+        stage.scene().removeSdcMcp(component(stage, 0));
+        stage.scene().addSdcBst(component(stage, 1)); // which putting back removes
+        stage.log();
+        QVERIFY(before.restore(&stage.scene()));
+        QCOMPARE(stage.log(), "changed");
+    }
+
+    void takenBetweenBeginAndEnd()
+    {
+        SceneStage<ZelSceneMol> stage;
+        build(stage);
+        QList<ZelSceneState> states;
+        const auto take = [&] { states.append(ZelSceneState::take(&stage.scene())); };
+        connect(&stage.scene(), &ZelScene::signal_changeBegin, this, take);
+        connect(&stage.scene(), &ZelScene::signal_changeEnd, this, take);
+        const ZelSceneState before = ZelSceneState::take(&stage.scene());
+        ZelEllipseItemBst *const site =
+            component(stage, 0)->getListSdcBst().first()->getZelEllipseItemBst();
+        stage.drag(centreOf(site), centreOf(site) + QPointF(-20.0, 8.0));
+        stage.drag(centreOf(component(stage, 1)->getZelEllipseItemMcp()) + QPointF(0.0, 15.0),
+            {10.0, 60.0});
+        QVERIFY(zgs::flipY(stage.mol().getListSdcMcp(), true));
+        stage.scene().removeSdcMcp(component(stage, 2));
+        QCOMPARE(states.size(), 8);
+        QVERIFY(states.at(0) == before);
+        for (int i = 0; i < states.size(); i += 2) {
+            QVERIFY(states.at(i) != states.at(i + 1));
+            if (i > 0)
+                QVERIFY(states.at(i - 1) == states.at(i));
+        }
+        for (auto i = states.size() - 2; i >= 0; i -= 2) {
+            QVERIFY(states.at(i).restore(&stage.scene()));
+            QVERIFY(ZelSceneState::take(&stage.scene()) == states.at(i));
+        }
+    }
+
+    void bondsComeBack()
+    {
+        SceneStage<OpenScene> stage;
+        SdcCpx cpx(nullptr);
+        QList<SdcBst *> sites;
+        for (int i = 0; i < 2; ++i) {
+            auto *mol = new SdcMol(nullptr);
+            cpx.addSdcChild(mol, true);
+            SdcMcp *const mcp = stage.addComponent({120.0 * i, 0.0}, {60.0, 60.0}, mol);
+            sites.append(stage.addSite(mcp, 180.0 * i));
+            stage.addSite(mcp, 90.0)->setBindingStatus(BindingStatusUnbound);
+        }
+        stage.scene().setSdc(&cpx);
+        cpx.addSdcBstBstCpx(stage.scene().addSdcBstBstCpx(sites.at(0), sites.at(1)));
+        const ZelSceneState before = ZelSceneState::take(&stage.scene());
+        stage.scene().removeSdcBst(sites.at(1));
+        const ZelSceneState after = ZelSceneState::take(&stage.scene());
         QVERIFY(before.restore(&stage.scene()));
         QVERIFY(ZelSceneState::take(&stage.scene()) == before);
-        QCOMPARE(component(stage, 2)->getMcpStateCode(), QStringLiteral("P;Q"));
+        QCOMPARE(cpx.getListSdcBstBstCpx().size(), 1);
+        QVERIFY(cpx.getListSdcBstBstCpx().first()->getZelLineItemBstBst());
+        QVERIFY(sites.at(0)->isBound());
         QVERIFY(after.restore(&stage.scene()));
         QVERIFY(ZelSceneState::take(&stage.scene()) == after);
+        QVERIFY(cpx.getListSdcBstBstCpx().isEmpty());
     }
-    const int itemCount = static_cast<int>(stage.scene().items().size());
-    QVERIFY(before.restore(&stage.scene()));
-    QVERIFY(after.restore(&stage.scene()));
-    QCOMPARE(static_cast<int>(stage.scene().items().size()), itemCount);
-}
 
-void tst_SceneState::survivorsKeepTheirIdentity()
-{
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    SdcMcp *const first = component(stage, 0);
-    SdcMcp *const last = component(stage, 2);
-    stage.scene().removeSdcMcp(component(stage, 1));
-    QVERIFY(before.restore(&stage.scene()));
-    QCOMPARE(component(stage, 0), first);
-    QCOMPARE(component(stage, 2), last);
-    QCOMPARE(component(stage, 1)->getPsiimId(), QStringLiteral("mcp1"));
-    QCOMPARE(component(stage, 1)->getNumOfNeigbhors(), 2);
-    QCOMPARE(component(stage, 1)->getSdcMcpTagSet()->getListSdcMcpTags().size(), 2);
-    QCOMPARE(stage.mol().rowCount(), 3);
-    QCOMPARE(stage.mol().child(1), component(stage, 1));
-}
-
-void tst_SceneState::puttingBackIsNoChangeOfTheUser()
-{
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    stage.scene().removeSdcMcp(component(stage, 0));
-    stage.scene().addSdcBst(component(stage, 1)); // which putting back removes
-    QSignalSpy begun(&stage.scene(), &ZelScene::signal_changeBegin);
-    QSignalSpy changed(&stage.scene(), &ZelScene::signal_changed);
-    QVERIFY(before.restore(&stage.scene()));
-    QCOMPARE(begun.size(), 0);
-    QCOMPARE(changed.size(), 1);
-}
-
-void tst_SceneState::takenBetweenBeginAndEnd()
-{
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    QList<ZelSceneState> states;
-    const auto take = [&] { states.append(ZelSceneState::take(&stage.scene())); };
-    connect(&stage.scene(), &ZelScene::signal_changeBegin, this, take);
-    connect(&stage.scene(), &ZelScene::signal_changeEnd, this, take);
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    ZelEllipseItemBst *const site =
-        component(stage, 0)->getListSdcBst().first()->getZelEllipseItemBst();
-    stage.drag(centreOf(site), centreOf(site) + QPointF(-20.0, 8.0));
-    stage.drag(
-        centreOf(component(stage, 1)->getZelEllipseItemMcp()) + QPointF(0.0, 15.0), {10.0, 60.0});
-    QVERIFY(zgs::flipY(stage.mol().getListSdcMcp(), true));
-    stage.scene().removeSdcMcp(component(stage, 2));
-    QCOMPARE(states.size(), 8);
-    QVERIFY(states.at(0) == before);
-    for (int i = 0; i < states.size(); i += 2) {
-        QVERIFY(states.at(i) != states.at(i + 1));
-        if (i > 0)
-            QVERIFY(states.at(i - 1) == states.at(i));
-    }
-    for (auto i = states.size() - 2; i >= 0; i -= 2) {
-        QVERIFY(states.at(i).restore(&stage.scene()));
-        QVERIFY(ZelSceneState::take(&stage.scene()) == states.at(i));
-    }
-}
-
-void tst_SceneState::bondsComeBack()
-{
-    SceneStage<OpenScene> stage;
-    SdcCpx cpx(nullptr);
-    QList<SdcBst *> sites;
-    for (int i = 0; i < 2; ++i) {
-        auto *mol = new SdcMol(nullptr);
-        cpx.addSdcChild(mol, true);
-        SdcMcp *const mcp = stage.addComponent({120.0 * i, 0.0}, {60.0, 60.0}, mol);
-        sites.append(stage.addSite(mcp, 180.0 * i));
-        stage.addSite(mcp, 90.0)->setBindingStatus(BindingStatusUnbound);
-    }
-    stage.scene().setSdc(&cpx);
-    cpx.addSdcBstBstCpx(stage.scene().addSdcBstBstCpx(sites.at(0), sites.at(1)));
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    stage.scene().removeSdcBst(sites.at(1));
-    const ZelSceneState after = ZelSceneState::take(&stage.scene());
-    QVERIFY(before.restore(&stage.scene()));
-    QVERIFY(ZelSceneState::take(&stage.scene()) == before);
-    QCOMPARE(cpx.getListSdcBstBstCpx().size(), 1);
-    QVERIFY(cpx.getListSdcBstBstCpx().first()->getZelLineItemBstBst());
-    QVERIFY(sites.at(0)->isBound());
-    QVERIFY(after.restore(&stage.scene()));
-    QVERIFY(ZelSceneState::take(&stage.scene()) == after);
-    QVERIFY(cpx.getListSdcBstBstCpx().isEmpty());
-}
-
-void tst_SceneState::bondsComeBackInAnyOrder()
-{
-    SceneStage<OpenScene> stage;
-    SdcCpx cpx(nullptr);
-    QList<SdcBst *> sites;
-    for (int i = 0; i < 4; ++i) {
-        auto *mol = new SdcMol(nullptr);
-        cpx.addSdcChild(mol, true);
-        sites.append(stage.addSite(stage.addComponent({90.0 * i, 0.0}, {60.0, 60.0}, mol), 90.0));
-    }
-    stage.scene().setSdc(&cpx);
-    for (int i = 0; i < 4; i += 2)
-        cpx.addSdcBstBstCpx(stage.scene().addSdcBstBstCpx(sites.at(i), sites.at(i + 1)));
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    stage.scene().removeSdcBstBst(cpx.getListSdcBstBstCpx().first());
-    QVERIFY(before.restore(&stage.scene()));
-    QVERIFY(ZelSceneState::take(&stage.scene()) == before);
-}
-
-void tst_SceneState::sceneWithoutDataComponent()
-{
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    stage.scene().setSdc(nullptr);
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    QVERIFY(!before.isEmpty());
-    stage.scene().removeAllItems();
-    QVERIFY(before.restore(&stage.scene()));
-    QVERIFY(ZelSceneState::take(&stage.scene()) == before);
-}
-
-void tst_SceneState::moleculesWithoutDataComponent()
-{
-    SceneStage<OpenScene> stage;
-    stage.scene().setSdc(nullptr);
-    SdcMol first(nullptr);
-    SdcMol second(nullptr);
-    stage.addComponent({-100.0, 0.0}, {60.0, 60.0}, &first);
-    const ZelSceneState one = ZelSceneState::take(&stage.scene());
-    stage.addComponent({100.0, 0.0}, {60.0, 60.0}, &second);
-    const ZelSceneState both = ZelSceneState::take(&stage.scene());
-    // The second molecule has come since.
-    QVERIFY(one.restore(&stage.scene()));
-    QVERIFY(ZelSceneState::take(&stage.scene()) == one);
-    QVERIFY(second.getListSdcMcp().isEmpty());
-    QVERIFY(both.restore(&stage.scene()));
-    QVERIFY(ZelSceneState::take(&stage.scene()) == both);
-    // What is made anew lies on top of the rest, and is the same drawing.
-    stage.scene().removeSdcMcp(first.getSdcMcpAtIndex(0));
-    QVERIFY(both.restore(&stage.scene()));
-    QVERIFY(ZelSceneState::take(&stage.scene()) == both);
-}
-
-void tst_SceneState::stickyWithoutFeature()
-{
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    delete component(stage, 1)->getListSdcMcpTags().first();
-    QVERIFY(before.restore(&stage.scene()));
-    QVERIFY(ZelSceneState::take(&stage.scene()) == before);
-}
-
-void tst_SceneState::codesOfOneSideAreEqual()
-{
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    component(stage, 0)->setTagDirectionCode(1); // as a refused turn leaves code 0 behind
-    QVERIFY(ZelSceneState::take(&stage.scene()) == before);
-    component(stage, 0)->setTagDirectionCode(3);
-    QVERIFY(ZelSceneState::take(&stage.scene()) != before);
-}
-
-void tst_SceneState::moleculeThatIsGone()
-{
-    OpenScene scene;
-    QVERIFY(ZelSceneState::take(nullptr).isEmpty());
-    QVERIFY(!ZelSceneState().restore(nullptr));
-    ZelSceneState state;
+    void bondsComeBackInAnyOrder()
     {
-        SdcMol mol(nullptr);
-        scene.setSdc(&mol);
-        state = ZelSceneState::take(&scene);
-    }
-    QVERIFY(!state.isEmpty());
-    QVERIFY(!state.restore(&scene));
-}
-
-void tst_SceneState::labelsAndLinesFollow()
-{
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    const ZelSceneState before = ZelSceneState::take(&stage.scene());
-    ZelLineItemMcpMcp *line = component(stage, 1)->getZelEllipseItemMcp()->getListMcpMcp().last();
-    const QLineF drawn(line->mapToScene(line->line().p1()), line->mapToScene(line->line().p2()));
-    stage.scene().removeSdcMcp(component(stage, 0));
-    zgs::rotate(stage.mol().getListSdcMcp(), 40.0, false);
-    QVERIFY(before.restore(&stage.scene()));
-    line = component(stage, 1)->getZelEllipseItemMcp()->getListMcpMcp().first();
-    const QLineF again(line->mapToScene(line->line().p1()), line->mapToScene(line->line().p2()));
-    QVERIFY(QLineF(drawn.p1(), again.p1()).length() < 1e-6);
-    QVERIFY(QLineF(drawn.p2(), again.p2()).length() < 1e-6);
-    int number = 0;
-    for (SdcBst *bst : stage.mol().getListSdcBst())
-        QCOMPARE(bst->getBstLabelText(), QString::number(++number));
-}
-
-void tst_SceneState::longRandomHistory()
-{
-    SceneStage<ZelSceneMol> stage;
-    build(stage);
-    std::mt19937 random(20231);
-    const auto all = changes();
-    QList<ZelSceneState> history{ZelSceneState::take(&stage.scene())};
-    for (int step = 0; step < 300; ++step) {
-        if (random() % 3 == 0 || stage.mol().getListSdcMcp().size() < 3
-            || stage.mol().getListSdcMcp().size() > 8) {
-            const ZelSceneState &state = history.at(random() % history.size());
-            QVERIFY(state.restore(&stage.scene()));
-            QVERIFY(ZelSceneState::take(&stage.scene()) == state);
-            continue;
+        SceneStage<OpenScene> stage;
+        SdcCpx cpx(nullptr);
+        QList<SdcBst *> sites;
+        for (int i = 0; i < 4; ++i) {
+            auto *mol = new SdcMol(nullptr);
+            cpx.addSdcChild(mol, true);
+            sites.append(
+                stage.addSite(stage.addComponent({90.0 * i, 0.0}, {60.0, 60.0}, mol), 90.0));
         }
-        const qsizetype which = random() % all.size();
-        SdcMcp *const first = component(stage, 0);
-        if (first->getListSdcBst().isEmpty() || first->getListSticky().isEmpty()
-            || first->getListSdcMcpTags().isEmpty())
-            continue; // nothing there to change
-        all.at(which).second(stage);
-        history.append(ZelSceneState::take(&stage.scene()));
-        for (SdcMcp *mcp : stage.mol().getListSdcMcp())
-            QCOMPARE(mcp->getZelEllipseItemMcp()->getSdcMcp(), mcp);
+        stage.scene().setSdc(&cpx);
+        for (int i = 0; i < 4; i += 2)
+            cpx.addSdcBstBstCpx(stage.scene().addSdcBstBstCpx(sites.at(i), sites.at(i + 1)));
+        const ZelSceneState before = ZelSceneState::take(&stage.scene());
+        stage.scene().removeSdcBstBst(cpx.getListSdcBstBstCpx().first());
+        QVERIFY(before.restore(&stage.scene()));
+        QVERIFY(ZelSceneState::take(&stage.scene()) == before);
     }
-    takeDebugLines(); // a turn of an unusual side code reports itself
-}
+
+    void moleculesWithoutDataComponent()
+    {
+        SceneStage<OpenScene> stage;
+        stage.scene().setSdc(nullptr);
+        SdcMol first(nullptr);
+        SdcMol second(nullptr);
+        stage.addComponent({-100.0, 0.0}, {60.0, 60.0}, &first);
+        const ZelSceneState one = ZelSceneState::take(&stage.scene());
+        stage.addComponent({100.0, 0.0}, {60.0, 60.0}, &second);
+        const ZelSceneState both = ZelSceneState::take(&stage.scene());
+        // The second molecule has come since.
+        QVERIFY(one.restore(&stage.scene()));
+        QVERIFY(ZelSceneState::take(&stage.scene()) == one);
+        QVERIFY(second.getListSdcMcp().isEmpty());
+        QVERIFY(both.restore(&stage.scene()));
+        QVERIFY(ZelSceneState::take(&stage.scene()) == both);
+        // What is made anew lies on top of the rest, and is the same drawing.
+        stage.scene().removeSdcMcp(first.getSdcMcpAtIndex(0));
+        QVERIFY(both.restore(&stage.scene()));
+        QVERIFY(ZelSceneState::take(&stage.scene()) == both);
+    }
+
+    void stickyWithoutFeature()
+    {
+        SceneStage<ZelSceneMol> stage;
+        build(stage);
+        const ZelSceneState before = ZelSceneState::take(&stage.scene());
+        delete component(stage, 1)->getListSdcMcpTags().first();
+        QVERIFY(before.restore(&stage.scene()));
+        QVERIFY(ZelSceneState::take(&stage.scene()) == before);
+    }
+
+    void moleculeThatIsGone()
+    {
+        OpenScene scene;
+        QVERIFY(ZelSceneState::take(nullptr).isEmpty());
+        QVERIFY(!ZelSceneState().restore(nullptr));
+        ZelSceneState state;
+        {
+            SdcMol mol(nullptr);
+            scene.setSdc(&mol);
+            state = ZelSceneState::take(&scene);
+        }
+        QVERIFY(!state.isEmpty());
+        QVERIFY(!state.restore(&scene));
+    }
+};
 
 ZEL_TEST(tst_SceneState)
 #include "tst_SceneState.moc"

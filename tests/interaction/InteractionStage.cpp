@@ -117,5 +117,27 @@ QStringList InteractionStage::records() const
 
 QString InteractionStage::debugText()
 {
-    return ZelTest::takeDebugLines().join(u'\n').remove(u'"');
+    return ZelTest::takeDebugText().remove(u'"');
+}
+
+QString InteractionStage::faultOfRefusal(const QList<Sdc *> &sdcs,
+    const std::function<bool()> &save, const QString &complaint, bool closeFirst)
+{
+    const auto state = [&] {
+        QStringList texts = closeFirst ? QStringList() : records();
+        for (Sdc *sdc : sdcs)
+            texts += lines(QString(), sdc->getProperties());
+        return texts;
+    };
+    if (closeFirst)
+        file.close();
+    const QStringList before = state();
+    if (save())
+        return QStringLiteral("saved");
+    const QStringList said = ZelTest::takeDebugLines();
+    if (said.size() != 1 || !said.first().startsWith(QLatin1String("Error found at bool Sdc"))
+        || !said.first().contains(QLatin1String("::saveToDb(): "))
+        || !said.first().contains(complaint))
+        return said.join(u'\n');
+    return state() == before ? QString() : state().join(u'\n');
 }

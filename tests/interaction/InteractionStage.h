@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class Sdc;
 class SdcBstBstCxi;
 class SdcBstBstMli;
@@ -34,4 +36,8 @@ struct InteractionStage : CpxStage
     QStringList records() const;
     /// What was written to the debug output, without the quotes around ids.
     static QString debugText();
+    /// What is wrong with the way in which a component refuses to be saved; nothing when it says
+    /// so in one line of its saveToDb() and changes neither itself, its bond nor the database.
+    QString faultOfRefusal(const QList<Sdc *> &sdcs, const std::function<bool()> &save,
+        const QString &complaint, bool closeFirst = false);
 };

@@ -11,7 +11,6 @@
 
 #include <QDomDocument>
 
-#include <algorithm>
 #include <memory>
 
 using Bonds = QList<CpxStage::Bond>;
@@ -101,18 +100,15 @@ private slots:
 
     void findsASiteByItsPlaces_data()
     {
-        QTest::addColumn<QString>("molPos");
-        QTest::addColumn<QString>("cpxPos");
-        QTest::addColumn<bool>("known");
-        QTest::addColumn<bool>("found");
         const QString zero = QStringLiteral("0");
-        QTest::newRow("there") << zero << zero << true << true;
-        QTest::newRow("no numbers mean the first") << A << "" << true << true;
-        QTest::newRow("no id") << zero << zero << false << false;
-        QTest::newRow("no such molecule") << "1" << zero << true << false;
-        QTest::newRow("no such complex") << zero << "3" << true << false;
-        QTest::newRow("null complex") << zero << "2" << true << false;
-        QTest::newRow("negative") << "-1" << zero << true << false;
+        rows<QString, QString, bool, bool>({"molPos", "cpxPos", "known", "found"},
+            {{"there", {zero, zero, true, true}},
+                {"no numbers mean the first", {A, "", true, true}},
+                {"no id", {zero, zero, false, false}},
+                {"no such molecule", {"1", zero, true, false}},
+                {"no such complex", {zero, "3", true, false}},
+                {"null complex", {zero, "2", true, false}},
+                {"negative", {"-1", zero, true, false}}});
     }
 
     void findsASiteByItsPlaces()
@@ -123,6 +119,8 @@ private slots:
         QFETCH(bool, found);
         Model model;
         model.cxi->addSdcChild(nullptr, false);
+        if (!known) // no id finds no site, not even one without id
+            model.siteA->clearProperty(SdcProperty::PsiimId);
         QCOMPARE(model.cxi->getSdcBstFromBstPsiimIdAndPosIndices(
                      known ? model.siteA->getPsiimId() : QString(), molPos, cpxPos),
             found ? model.siteA : nullptr);
@@ -132,40 +130,33 @@ private slots:
 
     void theBondFindsItsAssociation_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<bool>("found");
-        QTest::newRow("the stored one") << "" << true;
-        QTest::newRow("another geometry") << "geometry" << false;
-        QTest::newRow("another binding type") << "type" << false;
-        QTest::newRow("the sites the other way round") << "swap" << false;
-        QTest::newRow("a complex that is no alias") << "no alias" << false;
-        QTest::newRow("one site") << "one site" << false;
-        QTest::newRow("a site in no complex") << "no complex" << false;
-        QTest::newRow("no database") << "no database" << false;
+        rows<bool>({"found"},
+            {{"the stored one", {true}}, {"geometry", {false}}, {"binding type", {false}},
+                {"sites exchanged", {false}}, {"no alias", {false}}, {"one site", {false}},
+                {"no complex", {false}}, {"no database", {false}}});
     }
 
     void theBondFindsItsAssociation()
     {
-        QFETCH(QString, change);
         QFETCH(bool, found);
         Model model;
-        const auto is = [&change](const char *name) { return change == QLatin1String(name); };
         QVERIFY(model.db.caiInsert(model.record()));
         SdcBstBstCxi *const bond = model.bond;
-        bond->setProperty(26, is("geometry") ? QStringLiteral("2D") : QStringLiteral("3D"));
-        bond->setProperty(23, is("type") ? QStringLiteral("trans") : QStringLiteral("cis"));
+        bond->setProperty(26, isRow("geometry") ? QStringLiteral("2D") : QStringLiteral("3D"));
+        bond->setProperty(
+            23, isRow("binding type") ? QStringLiteral("trans") : QStringLiteral("cis"));
         for (const int key : {1, 2, 3, 11, 15, 19})
             bond->setProperty(key, QStringLiteral("old"));
         SdcBst loose(&model.db);
-        if (is("swap") || is("one site") || is("no complex"))
+        if (isRow("sites exchanged") || isRow("one site") || isRow("no complex"))
             bond->removeSdcBst(model.siteA);
-        if (is("swap"))
+        if (isRow("sites exchanged"))
             bond->addSdcBst(model.siteA);
-        if (is("no complex"))
+        if (isRow("no complex"))
             bond->addSdcBst(&loose);
-        if (is("no alias"))
+        if (isRow("no alias"))
             model.cxi->getSdcCpxAtPosIndex(1)->clearProperty(SdcProperty::CpaPsiimId);
-        if (is("no database"))
+        if (isRow("no database"))
             bond->setZelDbSqliteModel(nullptr);
         bond->updatePropertiesFromDb();
         QStringList texts;
@@ -194,61 +185,46 @@ private slots:
 
     void theResultAliasMustBeTheResult_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QStringList>("complaints");
-        QTest::addColumn<bool>("accepted");
-        const QString function = QStringLiteral(
-            "void SdcBstBstCxi::setResultCpxAliasPsiimId(const QString & cpxAliasPsiimId)");
-        const QString empty =
-            QStringLiteral("Error found at ") + function + QStringLiteral(": empty finger print");
-        QTest::newRow("the same bonded graph, stored in another order")
-            << "" << QStringList() << true;
-        QTest::newRow("an unknown alias") << "unknown" << QStringList() << false;
-        QTest::newRow("another complex")
-            << "other"
-            << QStringList({QStringLiteral("Error found at ") + function
-                       + QStringLiteral(": finger print not match"),
-                   QStringLiteral("fingerPrintCpx:"),
-                   QStringLiteral("\"Mols[mol1]; "
-                                  "Interactions[]\""),
-                   QStringLiteral("fingerPrintSbbc:"), QStringLiteral("\"%1\"")})
-            << false;
-        QTest::newRow("a bond with one site")
-            << "one site"
-            << QStringList(
-                   {QStringLiteral("Error found at QString SdcBstBstCxi::getResultCpxFingerPrint"
-                                   "() "),
-                       empty})
-            << false;
-        QTest::newRow("a site in no complex") << "no complex" << QStringList({empty}) << false;
-        QTest::newRow("no database") << "no database" << QStringList() << false;
+        const QString place = QStringLiteral("Error found at void SdcBstBstCxi::"
+                                             "setResultCpxAliasPsiimId(const QString & "
+                                             "cpxAliasPsiimId): ");
+        const QString empty = place + QStringLiteral("empty finger print");
+        rows<QStringList, bool>({"complaints", "accepted"},
+            {{"stored in another order", {QStringList(), true}},
+                {"unknown alias", {QStringList(), false}},
+                {"another complex",
+                    {{place + QStringLiteral("finger print not match"), "fingerPrintCpx:",
+                         "\"Mols[mol1]; Interactions[]\"", "fingerPrintSbbc:", "\"%1\""},
+                        false}},
+                {"one site",
+                    {{"Error found at QString SdcBstBstCxi::getResultCpxFingerPrint() ", empty},
+                        false}},
+                {"no complex", {{empty}, false}}, {"no database", {QStringList(), false}}});
     }
 
     void theResultAliasMustBeTheResult()
     {
-        QFETCH(QString, change);
         QFETCH(QStringList, complaints);
         QFETCH(bool, accepted);
         Model model;
-        const auto is = [&change](const char *name) { return change == QLatin1String(name); };
         QString result = model.alias(QStringLiteral("BAA"), {{{1, 2}, {0, 1}}, {{0, 0}, {2, 2}}});
         QVERIFY(!result.isEmpty());
         SdcBst loose(&model.db);
-        if (is("unknown"))
+        if (isRow("unknown alias"))
             result = QStringLiteral("cpa99");
-        if (is("other"))
+        if (isRow("another complex"))
             result = model.aliasA;
-        if (is("one site") || is("no complex"))
+        if (isRow("one site") || isRow("no complex"))
             model.bond->removeSdcBst(model.siteB);
-        if (is("no complex"))
+        if (isRow("no complex"))
             model.bond->addSdcBst(&loose);
-        if (is("no database"))
+        if (isRow("no database"))
             model.bond->setZelDbSqliteModel(nullptr);
         model.bond->setProperty(SdcProperty::ResultCpaPsiimId, QStringLiteral("old"));
         model.bond->setResultCpxAliasPsiimId(result);
         QCOMPARE(model.bond->getProperty(SdcProperty::ResultCpaPsiimId),
             accepted ? result : QStringLiteral("old"));
-        if (is("other"))
+        if (isRow("another complex"))
             complaints.last() = complaints.last().arg(model.bond->getResultCpxFingerPrint());
         QCOMPARE(takeDebugLines(), complaints);
     }
@@ -273,14 +249,7 @@ private slots:
         QVERIFY(model.bond->getGraphicsInfo().isEmpty());
     }
 
-    void partsDieInAnyOrder_data()
-    {
-        QTest::addColumn<QList<int>>("order");
-        QList<int> order{0, 1, 2, 3};
-        do {
-            QTest::addRow("%d%d%d%d", order.at(0), order.at(1), order.at(2), order.at(3)) << order;
-        } while (std::next_permutation(order.begin(), order.end()));
-    }
+    void partsDieInAnyOrder_data() { orderRows(4); }
 
     void partsDieInAnyOrder()
     {

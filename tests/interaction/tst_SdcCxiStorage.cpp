@@ -76,18 +76,9 @@ class tst_SdcCxiStorage : public ZelTest
 private slots:
     void nothingIsLost_data()
     {
-        QTest::addColumn<QString>("types");
-        QTest::addColumn<QString>("geometry");
-        QTest::addColumn<QString>("dissociationRate");
-        QTest::newRow("one way") << "AB"
-                                 << "2D"
-                                 << "";
-        QTest::newRow("and back") << "AB"
-                                  << "3D"
-                                  << "0.5";
-        QTest::newRow("one complex with itself, in two states") << "AA"
-                                                                << "3D"
-                                                                << "0.5";
+        rows<QString, QString, QString>({"types", "geometry", "dissociationRate"},
+            {{"one way", {"AB", "2D", ""}}, {"and back", {"AB", "3D", "0.5"}},
+                {"one complex with itself, in two states", {"AA", "3D", "0.5"}}});
     }
 
     void nothingIsLost()
@@ -121,7 +112,8 @@ private slots:
     void fillsInWhatIsNotGiven()
     {
         Model model;
-        for (const int key : {SdcProperty::ShortName, SdcProperty::AssociationRate})
+        for (const int key :
+            {SdcProperty::ShortName, SdcProperty::AssociationRate, SdcProperty::Geometry})
             model.bond->setProperty(key, QString());
         QVERIFY(model.db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("mli1")},
             {ZelDbColumn::AssociationRate, QStringLiteral("42")},
@@ -223,6 +215,22 @@ private slots:
         QCOMPARE(text(loaded.getListSdcBstBstCxi().first()), text(bond));
     }
 
+    void aSiteBindsThatOfAnotherComplexWhateverTheGeometry()
+    {
+        Model model;
+        const QString site = model.bond->getSdcBst2()->getPsiimId();
+        QVERIFY(model.db.caiInsert({{ZelDbColumn::PsiimId, QStringLiteral("cai1")},
+            {ZelDbColumn::CaiCpa1, model.alias1}, {ZelDbColumn::CaiCpa2, model.alias1},
+            {ZelDbColumn::Bst1, site}, {ZelDbColumn::MolPos1, QStringLiteral("0")},
+            {ZelDbColumn::Bst2, site}, {ZelDbColumn::MolPos2, QStringLiteral("0")}}));
+        SdcCxi loaded(&model.db);
+        QVERIFY(loaded.loadFromDb(QStringLiteral("cai1")));
+        QCOMPARE(loaded.getListSdcCpx().size(), 2);
+        QVERIFY(loaded.saveToDb());
+        QCOMPARE(model.db.caiGetHashInfo(QStringLiteral("cai1")).value(ZelDbColumn::Geometry),
+            QStringLiteral("3D"));
+    }
+
     void whatIsStoredIsDrawnEvenIfNobodyMayDrawIt()
     {
         Model model;
@@ -246,64 +254,41 @@ private slots:
 
     void bearsDamage_data()
     {
-        QTest::addColumn<QString>("damage");
-        QTest::addColumn<QString>("complaint");
-        QTest::addColumn<bool>("loaded");
-        QTest::addColumn<int>("complexes");
-        QTest::newRow("no layout") << "no layout"
-                                   << "" << true << 2;
-        QTest::newRow("a layout cut off") << "cut off"
-                                          << "layout of cai1 is not readable" << true << 2;
-        QTest::newRow("the layout of a molecule") << "other layout"
-                                                  << "" << true << 2;
-        QTest::newRow("no second complex") << "no alias"
-                                           << "no complex in the stored states" << false << 2;
-        QTest::newRow("a site that the complex does not have")
-            << "site"
-            << "binds a site that its complexes" << false << 2;
-        QTest::newRow("a molecule that the complex does not have")
-            << "position"
-            << "binds a site that its complexes" << false << 2;
-        QTest::newRow("a state code that is none") << "state code"
-                                                   << "loadAliasMcpStateCode" << true << 2;
-        QTest::newRow("unknown association") << "unknown"
-                                             << "no association cai9" << false << 0;
-        QTest::newRow("not empty") << "not empty"
-                                   << "reset it first" << false << 1;
-        QTest::newRow("no database") << "no database"
-                                     << "no database" << false << 0;
+        rows<QString, bool, int>({"complaint", "loaded", "complexes"},
+            {{"no layout", {"", true, 2}},
+                {"no second complex", {"no complex in the stored states", false, 2}},
+                {"unknown site", {"binds a site that its complexes", false, 2}},
+                {"unknown molecule", {"binds a site that its complexes", false, 2}},
+                {"bad state code", {"loadAliasMcpStateCode", true, 2}},
+                {"unknown association", {"no association cai9", false, 0}},
+                {"not empty", {"reset it first", false, 1}},
+                {"no database", {"no database", false, 0}}});
     }
 
     void bearsDamage()
     {
-        QFETCH(QString, damage);
         QFETCH(QString, complaint);
         QFETCH(bool, loaded);
         QFETCH(int, complexes);
         Model model;
         QVERIFY(model.cxi->saveToDb());
         QString id = model.bond->getPsiimId();
-        const auto is = [&damage](const char *name) { return damage == QLatin1String(name); };
         ZelDbRecord record{{ZelDbColumn::PsiimId, id}};
-        if (is("no layout"))
+        if (isRow("no layout"))
             record.insert(ZelDbColumn::GraphicsInfo, QString());
-        if (is("cut off"))
-            record.insert(ZelDbColumn::GraphicsInfo, QStringLiteral("<schema><cxi><cpx>"));
-        if (is("other layout"))
-            record.insert(ZelDbColumn::GraphicsInfo, QStringLiteral("<schema><mol/></schema>"));
-        if (is("no alias"))
+        if (isRow("no second complex"))
             record.insert(ZelDbColumn::CaiCpa2, QString());
-        if (is("site"))
+        if (isRow("unknown site"))
             record.insert(ZelDbColumn::Bst1, model.bond->getSdcBst2()->getPsiimId());
-        if (is("position"))
+        if (isRow("unknown molecule"))
             record.insert(ZelDbColumn::MolPos2, QStringLiteral("9"));
-        if (is("state code"))
+        if (isRow("bad state code"))
             QVERIFY(model.db.cpaUpdateMcpStateCode(model.alias1, QStringLiteral("<cpx><mol")));
         QVERIFY(model.db.caiInsert(record));
-        if (is("unknown"))
+        if (isRow("unknown association"))
             id = QStringLiteral("cai9");
-        SdcCxi cxi(is("no database") ? nullptr : &model.db);
-        if (is("not empty"))
+        SdcCxi cxi(isRow("no database") ? nullptr : &model.db);
+        if (isRow("not empty"))
             cxi.addSdcChild(new SdcCpx(&model.db), true);
         QCOMPARE(cxi.loadFromDb(id), loaded);
         const QString lines = model.debugText();
@@ -337,73 +322,48 @@ private slots:
 
     void refusesWhatCannotBeStored_data()
     {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QString>("complaint");
-        QTest::newRow("no database") << "no database"
-                                     << "no database";
-        QTest::newRow("no bond") << "no bond"
-                                 << "needs a bond";
-        QTest::newRow("one site") << "one site"
-                                  << "needs two sites";
-        QTest::newRow("a site of no complex") << "loose"
-                                              << "belongs to none of its complexes";
-        QTest::newRow("a complex that is no alias") << "no alias"
-                                                    << "save it first";
-        QTest::newRow("a geometry that does not fit") << "geometry"
-                                                      << "\"Intra Complex\" does not fit";
-        QTest::newRow("a dissociation of nothing") << "no result"
-                                                   << "needs a result complex";
-        QTest::newRow("a result that is not stored") << "unknown result"
-                                                     << "cpa99";
-        QTest::newRow("a second bond that fails") << "second"
-                                                  << "cpa99";
-        QTest::newRow("closed database") << "closed"
-                                         << "open";
+        rows<QString>({"complaint"},
+            {{"no database", {"no database"}}, {"no bond", {"needs a bond"}},
+                {"one site", {"needs two sites"}},
+                {"site of no complex", {"belongs to none of its complexes"}},
+                {"no alias", {"save it first"}}, {"geometry", {"\"Intra Complex\" does not fit"}},
+                {"dissociation of nothing", {"needs a result complex"}},
+                {"unknown result", {"cpa99"}}, {"second bond", {"cpa99"}},
+                {"closed database", {"open"}}});
     }
 
     void refusesWhatCannotBeStored()
     {
-        QFETCH(QString, fault);
         QFETCH(QString, complaint);
         Model model;
-        const auto is = [&fault](const char *name) { return fault == QLatin1String(name); };
         SdcBst loose(&model.db);
         SdcBstBstCxi *const bond = model.bond;
         bond->setProperty(SdcProperty::ShortName, QString());
-        if (is("no database"))
+        if (isRow("no database"))
             model.cxi->setZelDbSqliteModel(nullptr);
-        if (is("no bond"))
+        if (isRow("no bond"))
             model.cxi->removeSdcBstBstCxi(bond);
-        if (is("one site") || is("loose"))
+        if (isRow("one site") || isRow("site of no complex"))
             bond->removeSdcBst(bond->getSdcBst2());
-        if (is("loose"))
+        if (isRow("site of no complex"))
             bond->addSdcBst(&loose);
-        if (is("no alias"))
+        if (isRow("no alias"))
             bond->getSdcCpx1()->clearProperty(SdcProperty::CpaPsiimId);
-        if (is("geometry"))
+        if (isRow("geometry"))
             bond->setProperty(SdcProperty::Geometry, QStringLiteral("Intra Complex"));
-        if (is("no result"))
+        if (isRow("dissociation of nothing"))
             bond->setProperty(SdcProperty::DissociationRate, QStringLiteral("1"));
-        if (is("unknown result"))
+        if (isRow("unknown result"))
             bond->setProperty(SdcProperty::ResultCpaPsiimId, QStringLiteral("cpa99"));
-        if (is("second"))
+        if (isRow("second bond"))
             model
                 .cxiBond(model.cxi.get(), model.site(model.cxi->getChildSdcAtIndex(0), 0, 1),
                     model.site(model.cxi->getChildSdcAtIndex(1), 0, 0))
                 ->setProperty(SdcProperty::ResultCpaPsiimId, QStringLiteral("cpa99"));
-        const QStringList records = model.records();
-        if (is("closed"))
-            model.file.close();
-        const QString before = properties(model.cxi.get()) + properties(bond);
-        QVERIFY(!model.cxi->saveToDb());
-        const QStringList lines = takeDebugLines();
-        QCOMPARE(lines.size(), 1);
-        QVERIFY2(lines.first().startsWith(QLatin1String("Error found at bool SdcCxi::saveToDb(): "))
-                && lines.first().contains(complaint),
-            qPrintable(lines.first()));
-        QCOMPARE(properties(model.cxi.get()) + properties(bond), before);
-        if (!is("closed"))
-            QCOMPARE(model.records(), records);
+        QCOMPARE(model.faultOfRefusal(
+                     {model.cxi.get(), bond}, [&] { return model.cxi->saveToDb(); }, complaint,
+                     isRow("closed database")),
+            QString());
     }
 };
 

@@ -14,8 +14,6 @@
 
 #include <QSignalSpy>
 
-#include <algorithm>
-#include <array>
 #include <memory>
 
 class tst_SdcMli : public ZelTest
@@ -43,12 +41,9 @@ class tst_SdcMli : public ZelTest
 private slots:
     void carriesOneBondAtMost_data()
     {
-        QTest::addColumn<int>("site1");
-        QTest::addColumn<int>("site2");
-        QTest::newRow("other sites") << 1 << 1;
-        QTest::newRow("the same sites") << 0 << 0;
-        QTest::newRow("one site") << 0 << -1;
-        QTest::newRow("no bond at all") << -1 << -1;
+        rows<int, int>({"site1", "site2"},
+            {{"other sites", {1, 1}}, {"the same sites", {0, 0}}, {"one site", {0, -1}},
+                {"no bond at all", {-1, -1}}});
     }
 
     void carriesOneBondAtMost()
@@ -64,7 +59,8 @@ private slots:
         QCOMPARE(added.size(), 1);
         QCOMPARE(added.first().first().value<SdcBstBstMli *>(), &first);
 
-        SdcBstBstMli second(nullptr);
+        auto owned = std::make_unique<SdcBstBstMli>(nullptr);
+        SdcBstBstMli &second = *owned;
         if (site1 >= 0)
             second.addSdcBst(site(mli.get(), 0, site1));
         if (site2 >= 0)
@@ -74,6 +70,8 @@ private slots:
         QCOMPARE(mli->getListSdcBstBstMli(), QList<SdcBstBstMli *>({&first}));
         mli->removeSdcBstBstMli(&first);
         QVERIFY(mli->addSdcBstBstMli(&second));
+        owned.reset(); // a dead bond leaves the list
+        QVERIFY(mli->getListSdcBstBstMli().isEmpty());
     }
 
     void findsTheBondOfTwoSitesInEitherOrder()
@@ -103,9 +101,7 @@ private slots:
 
     void aMalformedBondEndsTheSearch_data()
     {
-        QTest::addColumn<bool>("isNull");
-        QTest::newRow("a bond with one site") << false;
-        QTest::newRow("null") << true;
+        rows<bool>({"isNull"}, {{"a bond with one site", {false}}, {"null", {true}}});
     }
 
     void aMalformedBondEndsTheSearch()
@@ -119,11 +115,10 @@ private slots:
         QVERIFY(mli->addSdcBstBstMli(isNull ? nullptr : &bond));
         QCOMPARE(mli->getSdcBstBstMli(a, b), nullptr);
         QCOMPARE(mli->getBstBstIndex(a, b), -1);
-        QCOMPARE(takeDebugLines(),
-            QStringList({QStringLiteral("Error found at SdcBstBstMli * SdcMli::getSdcBstBstMli("
-                                        "SdcBst * sdcBst1, SdcBst * sdcBst2)"),
-                QStringLiteral("Error found at int SdcMli::getBstBstIndex(SdcBst * sdcBst1, "
-                               "SdcBst * sdcBst2) const")}));
+        QCOMPARE(takeDebugText(),
+            "Error found at SdcBstBstMli * SdcMli::getSdcBstBstMli(SdcBst * sdcBst1, SdcBst * "
+            "sdcBst2)\n"
+            "Error found at int SdcMli::getBstBstIndex(SdcBst * sdcBst1, SdcBst * sdcBst2) const");
         QVERIFY(!mli->hasBstBstConnection(a, b));
         mli->setHighlight(true);
         mli->updateBstBstPos();
@@ -133,22 +128,13 @@ private slots:
 
     void findsASiteByMoleculeAndId_data()
     {
-        QTest::addColumn<QString>("molPos");
-        QTest::addColumn<QString>("bstId");
-        QTest::addColumn<int>("mol");
-        QTest::addColumn<int>("expected");
         const QString x = QStringLiteral("x");
-        QTest::newRow("the last of the first component") << "1" << x << 1 << 1;
-        QTest::newRow("in the second component only") << "1"
-                                                      << "y" << 1 << 2;
-        QTest::newRow("no number means the first") << "one" << x << 0 << 0;
-        QTest::newRow("no id") << "1"
-                               << "" << 0 << -1;
-        QTest::newRow("no such site") << "0"
-                                      << "y" << 0 << -1;
-        QTest::newRow("before the first") << "-1" << x << 0 << -1;
-        QTest::newRow("behind the last") << "3" << x << 0 << -1;
-        QTest::newRow("null child") << "2" << x << 0 << -1;
+        rows<QString, QString, int, int>({"molPos", "bstId", "mol", "expected"},
+            {{"the last of the first component", {"1", x, 1, 1}},
+                {"in the second component only", {"1", "y", 1, 2}},
+                {"no number means the first", {"one", x, 0, 0}}, {"no id", {"1", "", 0, -1}},
+                {"no such site", {"0", "y", 0, -1}}, {"before the first", {"-1", x, 0, -1}},
+                {"behind the last", {"3", x, 0, -1}}, {"null child", {"2", x, 0, -1}}});
     }
 
     void findsASiteByMoleculeAndId()
@@ -170,19 +156,17 @@ private slots:
 
     void takesItsPropertiesFromTheDatabase_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<bool>("expected");
-        QTest::addColumn<QString>("properties"); // 1, 15, 16, 2, 3, 11
         const QString before = QStringLiteral("old,1,2,old,old,old");
         const QString stored = QStringLiteral("mli1,0.5,0.25,bind,A binds B,notes");
-        QTest::newRow("defined") << "" << true << stored;
-        QTest::newRow("defined the other way round") << "swap" << true << stored;
-        QTest::newRow("not defined") << "other site" << false << ",1,2,old,old,old";
-        QTest::newRow("no bond") << "no bond" << false << before;
-        QTest::newRow("null bond") << "null" << false << ",,,,,";
-        QTest::newRow("one site") << "one site" << false << ",,,,,";
-        QTest::newRow("a site without id") << "no id" << false << ",,,,,";
-        QTest::newRow("no database") << "no database" << false << before;
+        // properties: 1, 15, 16, 2, 3, 11
+        rows<QString, bool, QString>({"change", "expected", "properties"},
+            {{"defined", {"", true, stored}},
+                {"defined the other way round", {"swap", true, stored}},
+                {"not defined", {"other site", false, ",1,2,old,old,old"}},
+                {"no bond", {"no bond", false, before}}, {"null bond", {"null", false, ",,,,,"}},
+                {"one site", {"one site", false, ",,,,,"}},
+                {"a site without id", {"no id", false, ",,,,,"}},
+                {"no database", {"no database", false, before}}});
     }
 
     void takesItsPropertiesFromTheDatabase()
@@ -243,50 +227,6 @@ private slots:
         QCOMPARE(line->mapToScene(line->line().p1()), before + QPointF(30.0, 40.0));
         mli->setHighlight(true, false);
         QVERIFY(line->isHighlighted());
-    }
-
-    void partsDieInAnyOrder_data()
-    {
-        QTest::addColumn<QList<int>>("order");
-        QList<int> order{0, 1, 2, 3};
-        do {
-            QTest::addRow("%d%d%d%d", order.at(0), order.at(1), order.at(2), order.at(3)) << order;
-        } while (std::next_permutation(order.begin(), order.end()));
-    }
-
-    void partsDieInAnyOrder()
-    {
-        QFETCH(QList<int>, order);
-        std::unique_ptr<SdcMli> mli = bareMli();
-        QPointer<Sdc> mol = mli->getChildSdcAtIndex(0);
-        QPointer<SdcBst> bst = site(mli.get(), 1, 0);
-        auto bond = std::make_unique<SdcBstBstMli>(nullptr);
-        bond->addSdcBst(site(mli.get(), 0, 0));
-        bond->addSdcBst(bst);
-        mli->addSdcBstBstMli(bond.get());
-        for (const int victim : order) {
-            switch (victim) {
-            case 0:
-                mli.reset();
-                break;
-            case 1:
-                delete mol;
-                break;
-            case 2:
-                delete bst;
-                break;
-            default:
-                bond.reset();
-            }
-            QCOMPARE(bond ? bond->getListSdcBst().size() : 0,
-                bond ? int(!mol.isNull()) + int(!bst.isNull()) : 0);
-            if (mli) {
-                QCOMPARE(mli->getListSdcBstBstMli().size(), bond ? 1 : 0);
-                QCOMPARE(mli->getListSdcChildren().size(), mol ? 2 : 1);
-                mli->setHighlight(true);
-                mli->setSdcName(mli->getSdcName());
-            }
-        }
     }
 };
 

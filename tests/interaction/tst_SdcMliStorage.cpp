@@ -51,11 +51,9 @@ class tst_SdcMliStorage : public ZelTest
 private slots:
     void nothingIsLost_data()
     {
-        QTest::addColumn<QString>("types");
-        QTest::addColumn<int>("site0");
-        QTest::newRow("two molecules") << "AB" << 2;
-        QTest::newRow("one molecule type with itself") << "BB" << 0;
-        QTest::newRow("a site type with itself") << "BB" << 1;
+        rows<QString, int>({"types", "site0"},
+            {{"two molecules", {"AB", 2}}, {"one molecule type with itself", {"BB", 0}},
+                {"a site type with itself", {"BB", 1}}});
     }
 
     void nothingIsLost()
@@ -79,23 +77,18 @@ private slots:
 
     void aDamagedLayoutLosesNoMolecule_data()
     {
-        QTest::addColumn<QString>("layout");
-        QTest::addColumn<QString>("complaint");
-        QTest::newRow("none") << ""
-                              << "";
-        QTest::newRow("cut off") << "<schema><mli><mol"
-                                 << "the layout of mli1 is not readable";
-        QTest::newRow("nested deep") << QStringLiteral("<m>").repeated(100000) << "nested too deep";
-        QTest::newRow("entities") << "<!DOCTYPE a [<!ENTITY b \"c\">]><schema><mli/></schema>"
-                                  << "declares entities";
-        QTest::newRow("of something else") << "<schema><cpx/></schema>"
-                                           << "";
-        QTest::newRow("without molecules")
-            << "<schema><mli><boundingRect x='nan' y='1e300'/></mli></schema>"
-            << "";
-        QTest::newRow("with molecules that are not its own")
-            << "<schema><mli><mol psiimId='mol7'/><mol/><mol/></mli></schema>"
-            << "mol7";
+        rows<QString, QString>({"layout", "complaint"},
+            {{"none", {"", ""}},
+                {"cut off", {"<schema><mli><mol", "the layout of mli1 is not readable"}},
+                {"nested deep", {QStringLiteral("<m>").repeated(100000), "nested too deep"}},
+                {"entities",
+                    {"<!DOCTYPE a [<!ENTITY b \"c\">]><schema><mli/></schema>",
+                        "declares entities"}},
+                {"of something else", {"<schema><cpx/></schema>", ""}},
+                {"without molecules",
+                    {"<schema><mli><boundingRect x='nan' y='1e300'/></mli></schema>", ""}},
+                {"with molecules that are not its own",
+                    {"<schema><mli><mol psiimId='mol7'/><mol/><mol/></mli></schema>", "mol7"}}});
     }
 
     void aDamagedLayoutLosesNoMolecule()
@@ -123,44 +116,33 @@ private slots:
 
     void reportsWhatIsMissing_data()
     {
-        QTest::addColumn<QString>("damage");
-        QTest::addColumn<QString>("complaint");
-        QTest::addColumn<int>("molecules");
-        QTest::newRow("unknown interaction") << "unknown"
-                                             << "no molecule interaction mli9" << 0;
-        QTest::newRow("no bond") << "no bond"
-                                 << "" << 2;
-        QTest::newRow("a bond at another position") << "position"
-                                                    << "binds a site that its molecules" << 2;
-        QTest::newRow("not empty") << "not empty"
-                                   << "reset it first" << 1;
-        QTest::newRow("no database") << "no database"
-                                     << "no database" << 0;
-        QTest::newRow("closed database") << "closed"
-                                         << "no molecule interaction" << 0;
+        rows<QString, int>({"complaint", "molecules"},
+            {{"unknown interaction", {"no molecule interaction mli9", 0}}, {"no bond", {"", 2}},
+                {"a bond at another position", {"binds a site that its molecules", 2}},
+                {"not empty", {"reset it first", 1}}, {"no database", {"no database", 0}},
+                {"closed database", {"no molecule interaction", 0}}});
     }
 
     void reportsWhatIsMissing()
     {
-        QFETCH(QString, damage);
         QFETCH(QString, complaint);
         QFETCH(int, molecules);
         Model model;
         QVERIFY(model.mli->saveToDb());
         QString id = model.mli->getPsiimId();
-        SdcMli loaded(damage == QLatin1String("no database") ? nullptr : &model.db);
-        if (damage == QLatin1String("unknown"))
+        SdcMli loaded(isRow("no database") ? nullptr : &model.db);
+        if (isRow("unknown interaction"))
             id = QStringLiteral("mli9");
-        if (damage == QLatin1String("no bond"))
+        if (isRow("no bond"))
             QVERIFY(model.db.mliRemoveAllBstBst(id));
-        if (damage == QLatin1String("position")) {
+        if (isRow("a bond at another position")) {
             const QStringList pair = model.db.mliGetArrayBstBst(id).first();
             QVERIFY(model.db.mliInsertBstBst(
                 id, 0, QStringLiteral("5"), pair.at(3), pair.at(4), pair.at(5)));
         }
-        if (damage == QLatin1String("not empty"))
+        if (isRow("not empty"))
             loaded.addSdcChild(new SdcMol(&model.db), true);
-        if (damage == QLatin1String("closed"))
+        if (isRow("closed database"))
             model.file.close();
         QVERIFY(!loaded.loadFromDb(id));
         const QString lines = model.debugText();
@@ -190,87 +172,49 @@ private slots:
 
     void refusesWhatCannotBeStored_data()
     {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QString>("complaint");
-        QTest::newRow("no database") << "no database"
-                                     << "no database";
-        QTest::newRow("no bond") << "no bond"
-                                 << "needs one bond";
-        QTest::newRow("null bond") << "null"
-                                   << "needs one bond";
-        QTest::newRow("one site") << "one site"
-                                  << "needs one bond";
-        QTest::newRow("no rate") << "no rate"
-                                 << "give an assoc";
-        QTest::newRow("a molecule that is not stored") << "no id"
-                                                       << "save it first";
-        QTest::newRow("sites of one molecule") << "one molecule"
-                                               << "two sites of one molecule";
-        QTest::newRow("a molecule of another interaction") << "foreign"
-                                                           << "belongs to none of its molecules";
-        QTest::newRow("declared before") << "declared"
-                                         << "other joins the same sites";
-        QTest::newRow("a site that is gone") << "unknown site"
-                                             << "bst99";
-        QTest::newRow("closed database") << "closed"
-                                         << "open";
+        rows<QString>({"complaint"},
+            {{"no database", {"no database"}}, {"no bond", {"needs one bond"}},
+                {"null bond", {"needs one bond"}}, {"one site", {"needs one bond"}},
+                {"no rate", {"give an assoc"}}, {"site without id", {"save it first"}},
+                {"sites of one molecule", {"two sites of one molecule"}},
+                {"foreign molecule", {"belongs to none of its molecules"}},
+                {"declared before", {"other joins the same sites"}}, {"unknown site", {"bst99"}},
+                {"closed database", {"open"}}});
     }
 
     void refusesWhatCannotBeStored()
     {
-        QFETCH(QString, fault);
         QFETCH(QString, complaint);
         Model model;
         SdcMli *const mli = model.mli.get();
-        const auto is = [&fault](const char *name) { return fault == QLatin1String(name); };
         std::unique_ptr<Sdc> taken;
-        if (is("no database"))
+        if (isRow("no database"))
             mli->setZelDbSqliteModel(nullptr);
-        if (is("no bond") || is("null"))
+        if (isRow("no bond") || isRow("null bond"))
             mli->removeSdcBstBstMli(model.bond);
-        if (is("null"))
+        if (isRow("null bond"))
             mli->addSdcBstBstMli(nullptr);
-        if (is("one site") || is("one molecule"))
+        if (isRow("one site") || isRow("sites of one molecule"))
             model.bond->removeSdcBst(model.bond->getSdcBst1());
-        if (is("one molecule"))
+        if (isRow("sites of one molecule"))
             model.bond->addSdcBst(model.site(mli, 0, 0));
-        if (is("no rate"))
+        if (isRow("no rate"))
             mli->setProperty(SdcProperty::DissociationRate, QString());
-        if (is("no id"))
+        if (isRow("site without id"))
             model.bond->getSdcBst1()->clearProperty(SdcProperty::PsiimId);
-        if (is("unknown site"))
+        if (isRow("unknown site"))
             model.bond->getSdcBst1()->setProperty(SdcProperty::PsiimId, QStringLiteral("bst99"));
-        if (is("foreign")) {
+        if (isRow("foreign molecule")) {
             taken.reset(mli->getChildSdcAtIndex(0));
             mli->removeSdcChild(taken.get());
         }
-        if (is("declared"))
+        if (isRow("declared before"))
             QVERIFY(model.db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("other")},
                 {ZelDbColumn::Bst1, model.bond->getSdcBst2()->getPsiimId()},
                 {ZelDbColumn::Bst2, model.bond->getSdcBst1()->getPsiimId()}}));
-        const QStringList records = model.records();
-        if (is("closed"))
-            model.file.close();
-        const QHash<int, QString> properties = mli->getProperties();
-        QVERIFY(!mli->saveToDb());
-        const QStringList lines = takeDebugLines();
-        QCOMPARE(lines.size(), 1);
-        QVERIFY2(lines.first().startsWith(QLatin1String("Error found at bool SdcMli::saveToDb(): "))
-                && lines.first().contains(complaint),
-            qPrintable(lines.first()));
-        QCOMPARE(mli->getProperties(), properties);
-        if (!is("closed"))
-            QCOMPARE(model.records(), records);
-    }
-
-    void aHostsTransactionTakesASaveBack()
-    {
-        Model model;
-        {
-            ZelDbTransaction transaction(&model.file);
-            QVERIFY(model.mli->saveToDb());
-        }
-        QVERIFY(model.records().isEmpty());
+        QCOMPARE(model.faultOfRefusal(
+                     {mli}, [mli] { return mli->saveToDb(); }, complaint, isRow("closed database")),
+            QString());
     }
 };
 

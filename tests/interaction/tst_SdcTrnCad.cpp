@@ -14,7 +14,6 @@
 
 #include <QSignalSpy>
 
-#include <algorithm>
 #include <memory>
 
 class tst_SdcTrnCad : public ZelTest
@@ -78,14 +77,7 @@ private slots:
         QCOMPARE(trn.getListSdcChildren(), QList<Sdc *>({nullptr, &a}));
     }
 
-    void complexesDieWhileTransformationsHoldThem_data()
-    {
-        QTest::addColumn<QList<int>>("order");
-        QList<int> order{0, 1, 2, 3};
-        do {
-            QTest::addRow("%d%d%d%d", order.at(0), order.at(1), order.at(2), order.at(3)) << order;
-        } while (std::next_permutation(order.begin(), order.end()));
-    }
+    void complexesDieWhileTransformationsHoldThem_data() { orderRows(4); }
 
     void complexesDieWhileTransformationsHoldThem()
     {
@@ -171,56 +163,40 @@ private slots:
 
     void aTransformationRefusesWhatCannotBeStored_data()
     {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QString>("complaint");
-        QTest::newRow("no database") << "no database"
-                                     << "no database";
-        QTest::newRow("one side") << "one side"
-                                  << "needs two complexes";
-        QTest::newRow("no alias") << "no alias"
-                                  << "needs two complexes";
-        QTest::newRow("no rate") << "no rate"
-                                 << "give a rate";
-        QTest::newRow("an unknown alias") << "unknown"
-                                          << "cpa99";
+        rows<QString>({"complaint"},
+            {{"no database", {"no database"}}, {"one side", {"needs two complexes"}},
+                {"no alias", {"needs two complexes"}}, {"no rate", {"give a rate"}},
+                {"unknown alias", {"cpa99"}}});
     }
 
     void aTransformationRefusesWhatCannotBeStored()
     {
-        QFETCH(QString, fault);
         QFETCH(QString, complaint);
-        const auto is = [&fault](const char *name) { return fault == QLatin1String(name); };
         InteractionStage stage;
         const auto cpx = loaded(stage, stage.alias(QStringLiteral("A")));
         SdcCpx to(&stage.db);
-        SdcTrn trn(is("no database") ? nullptr : &stage.db);
+        SdcTrn trn(isRow("no database") ? nullptr : &stage.db);
         trn.setSdcCpxFrom(cpx.get());
-        if (!is("one side"))
+        if (!isRow("one side"))
             trn.setSdcCpxTo(&to);
-        if (!is("no alias"))
+        if (!isRow("no alias"))
             to.setProperty(SdcProperty::CpaPsiimId,
-                is("unknown") ? QStringLiteral("cpa99")
-                              : cpx->getProperty(SdcProperty::CpaPsiimId));
-        if (!is("no rate"))
+                isRow("unknown alias") ? QStringLiteral("cpa99")
+                                       : cpx->getProperty(SdcProperty::CpaPsiimId));
+        if (!isRow("no rate"))
             trn.setProperty(SdcProperty::Rate, QStringLiteral("1"));
-        const QHash<int, QString> properties = trn.getProperties();
-        QVERIFY(!trn.saveToDb());
-        const QStringList lines = takeDebugLines();
-        QCOMPARE(lines.size(), 1);
-        QVERIFY2(lines.first().startsWith(QLatin1String("Error found at bool SdcTrn::saveToDb(): "))
-                && lines.first().contains(complaint),
-            qPrintable(lines.first()));
-        QCOMPARE(trn.getProperties(), properties);
-        QVERIFY(stage.db.trnGetListPsiimId().isEmpty());
+        QCOMPARE(stage.faultOfRefusal(
+                     {&trn}, [&] { return trn.saveToDb(); }, complaint),
+            QString());
     }
 
     void aDissociationFindsTheBondItBreaks_data()
     {
-        QTest::addColumn<bool>("losesTheOtherA"); // else the one with the feature
-        QTest::addColumn<bool>("reverse");
-        QTest::newRow("the bond to the plain end") << true << false;
-        QTest::newRow("the bond to the end with the feature") << false << false;
-        QTest::newRow("products the other way round") << true << true;
+        // losesTheOtherA: else the one with the feature
+        rows<bool, bool>({"losesTheOtherA", "reverse"},
+            {{"the bond to the plain end", {true, false}},
+                {"the bond to the end with the feature", {false, false}},
+                {"products the other way round", {true, true}}});
     }
 
     void aDissociationFindsTheBondItBreaks()

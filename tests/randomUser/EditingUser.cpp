@@ -2,9 +2,9 @@
 
 #include "PopupUser.h"
 #include "support/ZelTest.h"
-#include "support/ZelTree.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
+#include "zelModelSupport/graphics/ZelGraphicsViewZoom.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelSceneCpxTemp.h"
@@ -42,6 +42,9 @@ constexpr QPointF Reach(270.0, 180.0); // everything stays about the middle, so 
 bool isExpected(const QString &line)
 {
     return line.startsWith(QLatin1String("name = "))
+        // A species is the same without a part that was removed before it was saved, but that
+        // part then has no place in the layout.
+        || line.startsWith(QLatin1String("Error found at void SdcMol::loadDom("))
         || line.startsWith(QLatin1String("This plugin does not support "))
         || line.startsWith(QLatin1String("Warning at bool SdcCpx::saveToDb()"))
         || line.contains(QLatin1String("978 Error found"));
@@ -77,10 +80,14 @@ EditingUser::EditingUser(Kind kind, quint32 seed)
       m_popups(std::make_unique<PopupUser>(
           &m_dice, [this](const QString &action) { log(action); }, [this] { mishap(); }))
 {
-    m_file.create(QStringLiteral(":memory:"));
-    fillModel();
-    m_scene->setZelDbSqliteModel(&m_db);
-    m_view = std::make_unique<QGraphicsView>(m_scene.get());
+    if (!m_model.fault().isEmpty())
+        fail(m_model.fault());
+    m_records =
+        m_model.records({QStringLiteral("mol"), QStringLiteral("cpx"), QStringLiteral("cpa")});
+    m_records.append({QStringLiteral("mol;mol99"), QStringLiteral("cpa;"), QStringLiteral("x;y")});
+    m_scene->setZelDbSqliteModel(m_model.db());
+    m_view = std::make_unique<ZelGraphicsViewZoom>();
+    m_view->setScene(m_scene.get());
     m_view->resize(620, 420);
     m_view->setSceneRect(-300.0, -200.0, 600.0, 400.0);
     m_view->show();
@@ -99,43 +106,6 @@ EditingUser::EditingUser(Kind kind, quint32 seed)
 }
 
 EditingUser::~EditingUser() = default;
-
-void EditingUser::fillModel()
-{
-    ZelScene drawing;
-    QList<std::shared_ptr<SdcMol>> mols;
-    for (int i = 0; i < 3; ++i) {
-        QList<ZelTree::Mcp> mcps;
-        for (int k = 0; k <= i; ++k)
-            mcps.append({QStringLiteral("c%1").arg(k), {QStringLiteral("P"), QStringLiteral("Q")},
-                1 + (i + k) % 3});
-        const std::shared_ptr<SdcMol> mol(
-            ZelTree::molecule(&m_db, QStringLiteral("M%1").arg(i), mcps, &drawing));
-        if (!mol->saveToDb())
-            fail(m_db.errorText());
-        m_records.append(QLatin1String("mol;") + mol->getPsiimId());
-        mols.append(mol);
-    }
-    for (int i = 0; i < 3; ++i) {
-        ZelSceneCpx scene;
-        scene.setZelDbSqliteModel(&m_db);
-        SdcMol *before = nullptr;
-        for (int k = 0; k <= i; ++k) {
-            SdcMol *const mol =
-                scene.addMolFromDb(mols.at(k)->getPsiimId(), {120.0 * static_cast<double>(k), 0.0});
-            if (before)
-                scene.drawBond(before->getListSdcBst().last(), mol->getListSdcBst().first());
-            before = mol;
-        }
-        SdcCpx *const cpx = scene.getSdcCpx();
-        if (!cpx->saveToDbCpx() || !cpx->saveToDbCpa())
-            fail(QStringLiteral("a complex cannot be saved"));
-        m_records.append(QLatin1String("cpx;") + cpx->getPsiimId());
-        m_records.append(QLatin1String("cpa;") + cpx->getProperty(SdcProperty::CpaPsiimId));
-    }
-    m_records.append({QStringLiteral("mol;mol99"), QStringLiteral("cpa;"), QStringLiteral("x;y")});
-    ZelTest::takeDebugLines();
-}
 
 bool EditingUser::play(int steps)
 {
@@ -359,11 +329,11 @@ void EditingUser::showSdc()
     m_scene->removeContents();
     Sdc *shown = nullptr;
     if (!none && m_kind == MoleculeInteraction)
-        shown = new SdcMli(&m_db);
+        shown = new SdcMli(m_model.db());
     else if (!none && m_kind == ComplexInteraction)
-        shown = new SdcCxi(&m_db);
+        shown = new SdcCxi(m_model.db());
     else if (!none)
-        shown = new SdcCpx(&m_db);
+        shown = new SdcCpx(m_model.db());
     const QPointer<Sdc> old = m_sdc;
     m_sdc = shown;
     m_scene->setSdc(shown);

@@ -2,12 +2,10 @@
 
 #include "LiveObjects.h"
 #include "RandomDice.h"
-#include "zelDb/ZelDbSqlite.h"
-#include "zelDb/ZelDbSqliteModel.h"
+#include "RandomModel.h"
 #include "zelModelSupport/graphics/ZelSceneState.h"
 
 #include <QEvent>
-#include <QGraphicsView>
 #include <QObject>
 #include <QPointF>
 #include <QPointer>
@@ -22,6 +20,7 @@ class SdcBst;
 class SdcBstBst;
 class SdcMcp;
 class SdcMol;
+class ZelGraphicsViewZoom;
 class ZelSceneEditing;
 
 /// A user who does anything to a scene of a complex or an interaction, while things are destroyed
@@ -42,7 +41,6 @@ public:
     QString failure() const { return m_failure; }
 
 private:
-    void fillModel();
     void showSdc();
 
     void step();
@@ -82,12 +80,11 @@ private:
     quint32 m_seed;
     LiveObjects m_objects; // before what it counts
     RandomDice m_dice;
-    ZelDbSqlite m_file;
-    ZelDbSqliteModel m_db{&m_file};
+    RandomModel m_model;
     QStringList m_records; // that can be dropped
     QPointer<Sdc> m_sdc; // the host's own
     std::unique_ptr<ZelSceneEditing> m_scene;
-    std::unique_ptr<QGraphicsView> m_view;
+    std::unique_ptr<ZelGraphicsViewZoom> m_view;
     std::unique_ptr<PopupUser> m_popups;
     Qt::MouseButtons m_buttons;
     Qt::KeyboardModifiers m_modifiers;

@@ -82,7 +82,8 @@ void PopupUser::act()
 
 void PopupUser::answer(QMenu *menu)
 {
-    if (m_dice->chance(20)) {
+    // A scene that has gone took its entries along.
+    if (menu->actions().isEmpty() || m_dice->chance(20)) {
         m_log(QStringLiteral("dismiss the menu"));
         if (m_dice->chance(50))
             press(menu, Qt::Key_Escape);

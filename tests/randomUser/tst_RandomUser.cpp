@@ -1,5 +1,6 @@
 #include "EditingUser.h"
 #include "RandomUser.h"
+#include "ViewUser.h"
 #include "support/ZelTest.h"
 
 namespace {
@@ -42,7 +43,7 @@ private slots:
     {
         QFETCH(SceneHost::Kind, kind);
         QFETCH(int, seed);
-        play<RandomUser>(kind, seed);
+        play<RandomUser>(seed, kind);
     }
 
     void editingStaysConsistent_data()
@@ -66,17 +67,33 @@ private slots:
     {
         QFETCH(EditingUser::Kind, kind);
         QFETCH(int, seed);
-        play<EditingUser>(kind, seed);
+        play<EditingUser>(seed, kind);
+    }
+
+    void viewsStayConsistent_data()
+    {
+        QTest::addColumn<int>("seed");
+        const int seed = environmentInt("ZEL_RANDOM_SEED", 0);
+        for (int i = 0; i < (seed > 0 ? 1 : 2); ++i) {
+            const int s = seed > 0 ? seed : i + 1;
+            QTest::addRow("views, seed %d", s) << s;
+        }
+    }
+
+    void viewsStayConsistent()
+    {
+        QFETCH(int, seed);
+        play<ViewUser>(seed);
     }
 
 private:
-    template <typename User, typename Kind>
-    void play(Kind kind, int seed)
+    template <typename User, typename... Kind>
+    void play(int seed, Kind... kind)
     {
         const int steps = environmentInt("ZEL_RANDOM_STEPS", 1000);
         auto sessionSeed = static_cast<quint32>(seed);
         for (int done = 0; done < steps; done += SessionLength, sessionSeed += NextSession) {
-            User user(kind, sessionSeed);
+            User user(kind..., sessionSeed);
             const bool good = user.play(std::min(SessionLength, steps - done)) && user.finish();
             QVERIFY2(good,
                 qPrintable(user.failure()

@@ -34,6 +34,11 @@ private slots:
     void complexesAreAddedWhole();
     void ownComplexIsReplaced();
     void temporarySceneOwnsItsComplex();
+    void bondOfASiteThatHasGone();
+    void bondOfAnItemThatHasGone();
+    void looseMoleculesAreNoSpecies();
+    void scrollingEndsWithItsButton_data();
+    void scrollingEndsWithItsButton();
 
 private:
     SdcBst *site(int mol, const char *name) { return siteOf(m_mols.at(mol), name); }
@@ -352,6 +357,77 @@ void tst_SceneCpx::temporarySceneOwnsItsComplex()
     scene.reset();
     QVERIFY(cpx.isNull());
     QVERIFY(mol.isNull());
+}
+
+// The site is destroyed behind the scene's back; what draws it stays and is dragged on.
+void tst_SceneCpx::bondOfASiteThatHasGone()
+{
+    bond();
+    ZelLineItemBstBst *const line =
+        m_scene->getSdcCpx()->getListSdcBstBstCpx().at(0)->getZelLineItemBstBst();
+    ZelEllipseItemBst *const ends[] = {
+        site(0, "a1")->getZelEllipseItemBst(), site(1, "b2")->getZelEllipseItemBst()};
+    delete site(1, "b2");
+    for (int mol : {1, 0}) {
+        m_user->drag(componentOf(mol), componentOf(mol) + QPointF(30.0, -60.0));
+        const QLineF now = line->line();
+        QVERIFY(QLineF(now.p1(), ends[0]->sceneBoundingRect().center()).length() < 8.0);
+        QVERIFY(QLineF(now.p2(), ends[1]->sceneBoundingRect().center()).length() < 8.0);
+    }
+    delete ends[1];
+    QVERIFY(!line->isVisible());
+}
+
+void tst_SceneCpx::bondOfAnItemThatHasGone()
+{
+    bond();
+    ZelLineItemBstBst *const line =
+        m_scene->getSdcCpx()->getListSdcBstBstCpx().at(0)->getZelLineItemBstBst();
+    const QRectF place = site(1, "b2")->getSdcSceneRectF();
+    delete site(1, "b2")->getZelEllipseItemBst();
+    QVERIFY(!line->isVisible());
+    m_scene->addBst(place, m_mols.at(1)->getSdcMcpAtIndex(0)->getZelEllipseItemMcp())
+        ->setSdcBst(site(1, "b2"));
+    QVERIFY(line->isVisible());
+}
+
+void tst_SceneCpx::looseMoleculesAreNoSpecies()
+{
+    bond();
+    SdcCpx *const cpx = m_scene->getSdcCpx();
+    m_scene->removeSdcMol(m_mols.at(2));
+    QVERIFY(cpx->saveToDbCpx());
+    QVERIFY(cpx->adoptStoredSpecies());
+    for (int i = 0; i < 2; ++i)
+        m_scene->addMolFromDb(m_model->molB(), {0.0, 100.0});
+    QVERIFY(!cpx->adoptStoredSpecies());
+}
+
+void tst_SceneCpx::scrollingEndsWithItsButton_data()
+{
+    QTest::addColumn<QString>("meanwhile");
+    for (const char *meanwhile : {"nothing", "a second view", "another scene"})
+        QTest::newRow(meanwhile) << QString::fromLatin1(meanwhile);
+}
+
+void tst_SceneCpx::scrollingEndsWithItsButton()
+{
+    QFETCH(QString, meanwhile);
+    QGraphicsView second;
+    QGraphicsView third;
+    ZelSceneCpx other;
+    const QPointF space(0.0, -250.0);
+    m_user->press(space);
+    QCOMPARE(m_user->view().dragMode(), QGraphicsView::ScrollHandDrag);
+    if (meanwhile == QLatin1String("a second view")) {
+        second.setScene(m_scene.get());
+    } else if (meanwhile == QLatin1String("another scene")) {
+        second.setScene(&other);
+        third.setScene(&other);
+        m_user->view().setScene(&other);
+    }
+    m_user->release(space);
+    QCOMPARE(m_user->view().dragMode(), QGraphicsView::NoDrag);
 }
 
 ZEL_TEST(tst_SceneCpx)

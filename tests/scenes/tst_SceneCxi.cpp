@@ -166,6 +166,8 @@ void tst_SceneCxi::resultOfTheBondThatWasClicked()
     QVERIFY(isShown(second) && !isShown(first));
     m_scene->setSelectedSdc(first);
     QVERIFY(isShown(first) && !isShown(second));
+    QCOMPARE(first->getSdcCpxResult(), m_scene->getResultSdcCpx());
+    QVERIFY(!second->getSdcCpxResult());
     m_scene->removeBond(first);
     QVERIFY(isShown(second));
 }
@@ -280,6 +282,8 @@ void tst_SceneCxi::savedAndLoaded()
     QVERIFY(joined.getSdcCpx()->saveToDbCpa());
     SdcBstBstCxi *const bond = cxi()->getListSdcBstBstCxi().at(0);
     bond->setResultCpxAliasPsiimId(joined.getSdcCpx()->getProperty(SdcProperty::CpaPsiimId));
+    QCOMPARE(m_scene->getResultTitle(),
+        QLatin1String("Result: ") + joined.getSdcCpx()->getProperty(SdcProperty::CpaShortName));
     QVERIFY(cxi()->saveToDb());
 
     ZelSceneCxi other;

@@ -3,9 +3,11 @@
 #include <QApplication>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <numeric>
 #include <string>
 
 namespace {
@@ -47,6 +49,24 @@ void record(QtMsgType type, const QMessageLogContext &context, const QString &te
 QStringList ZelTest::takeDebugLines()
 {
     return std::exchange(debugLines(), {});
+}
+
+void ZelTest::orderRows(int count)
+{
+    QTest::addColumn<QList<int>>("order");
+    QList<int> order(count);
+    std::iota(order.begin(), order.end(), 0);
+    do {
+        QString name;
+        for (const int number : std::as_const(order))
+            name += QString::number(number);
+        QTest::newRow(qPrintable(name)) << order;
+    } while (std::next_permutation(order.begin(), order.end()));
+}
+
+bool ZelTest::isRow(const char *name)
+{
+    return qstrcmp(QTest::currentDataTag(), name) == 0;
 }
 
 bool ZelTest::registerClass(const char *name, Factory factory)

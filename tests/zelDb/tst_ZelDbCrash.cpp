@@ -77,84 +77,80 @@ class tst_ZelDbCrash : public ZelTest
 {
     Q_OBJECT
 private slots:
-    void killedSaveIsWholeOrUndone();
-    void fileHeldByAnotherProcessIsLocked_data();
-    void fileHeldByAnotherProcessIsLocked();
-};
-
-void tst_ZelDbCrash::killedSaveIsWholeOrUndone()
-{
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    f.db.close();
-    const QStringList before = DbFixture::dump(f.path);
-    const QString saved = f.file(QStringLiteral("saved.zel"));
-    QVERIFY(QFile::copy(f.path, saved));
-    QVERIFY(f.db.open(saved));
-    QVERIFY2(save(f.db), qPrintable(f.db.errorText()));
-    f.db.close();
-    const QStringList after = DbFixture::dump(saved);
-    QVERIFY(before != after);
-
-    int interrupted = 0;
-    int exitCode = KilledExitCode;
-    for (int n = 1; exitCode == KilledExitCode; ++n) {
-        const QString victim = f.file(QStringLiteral("victim%1.zel").arg(n));
-        QVERIFY(QFile::copy(f.path, victim));
-        exitCode = QProcess::execute(QCoreApplication::applicationFilePath(),
-            childArguments("db-save", {victim, QString::number(n)}));
-        QVERIFY(exitCode == KilledExitCode || exitCode == 0);
-        interrupted += QFile::exists(victim + QLatin1String("-journal"));
-        QVERIFY2(f.db.open(victim), qPrintable(f.db.errorText()));
-        QCOMPARE(f.db.checkIntegrity(), QStringList());
+    void killedSaveIsWholeOrUndone()
+    {
+        DbFixture f;
+        QVERIFY(f.addComplex());
         f.db.close();
-        const QStringList found = DbFixture::dump(victim);
-        QVERIFY2(found == before || found == after, qPrintable(QString::number(n)));
-        if (exitCode == 0)
-            QVERIFY2(found == after, "a finished save is stored");
-        QVERIFY(QFile::remove(victim));
-        QVERIFY(n < 200);
+        const QStringList before = DbFixture::dump(f.path);
+        const QString saved = f.file(QStringLiteral("saved.zel"));
+        QVERIFY(QFile::copy(f.path, saved));
+        QVERIFY(f.db.open(saved));
+        QVERIFY2(save(f.db), qPrintable(f.db.errorText()));
+        f.db.close();
+        const QStringList after = DbFixture::dump(saved);
+        QVERIFY(before != after);
+
+        int interrupted = 0;
+        int exitCode = KilledExitCode;
+        for (int n = 1; exitCode == KilledExitCode; ++n) {
+            const QString victim = f.file(QStringLiteral("victim%1.zel").arg(n));
+            QVERIFY(QFile::copy(f.path, victim));
+            exitCode = QProcess::execute(QCoreApplication::applicationFilePath(),
+                childArguments("db-save", {victim, QString::number(n)}));
+            QVERIFY(exitCode == KilledExitCode || exitCode == 0);
+            interrupted += QFile::exists(victim + QLatin1String("-journal"));
+            QVERIFY2(f.db.open(victim), qPrintable(f.db.errorText()));
+            QCOMPARE(f.db.checkIntegrity(), QStringList());
+            f.db.close();
+            const QStringList found = DbFixture::dump(victim);
+            QVERIFY2(found == before || found == after, qPrintable(QString::number(n)));
+            if (exitCode == 0)
+                QVERIFY2(found == after, "a finished save is stored");
+            QVERIFY(QFile::remove(victim));
+            QVERIFY(n < 200);
+        }
+        // Otherwise the interruptions would not have hit a file in the middle of a change.
+        QVERIFY(interrupted > 5);
     }
-    // Otherwise the interruptions would not have hit a file in the middle of a change.
-    QVERIFY(interrupted > 5);
-}
 
-void tst_ZelDbCrash::fileHeldByAnotherProcessIsLocked_data()
-{
-    QTest::addColumn<QString>("mode");
-    QTest::newRow("save in progress") << QStringLiteral("reserved");
-    QTest::newRow("file being written") << QStringLiteral("exclusive");
-}
+    void fileHeldByAnotherProcessIsLocked_data()
+    {
+        rows<QString>({"mode"},
+            {{"save in progress", {QStringLiteral("reserved")}},
+                {"file being written", {QStringLiteral("exclusive")}}});
+    }
 
-void tst_ZelDbCrash::fileHeldByAnotherProcessIsLocked()
-{
-    QFETCH(QString, mode);
-    const bool exclusive = mode == QLatin1String("exclusive");
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    QProcess holder;
-    holder.start(
-        QCoreApplication::applicationFilePath(), childArguments("db-hold", {f.path, mode}));
-    QVERIFY(holder.waitForReadyRead());
-    QCOMPARE(holder.readLine().trimmed(), QByteArray("held"));
+    void fileHeldByAnotherProcessIsLocked()
+    {
+        QFETCH(QString, mode);
+        const bool exclusive = mode == QLatin1String("exclusive");
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        QProcess holder;
+        holder.start(
+            QCoreApplication::applicationFilePath(), childArguments("db-hold", {f.path, mode}));
+        QVERIFY(holder.waitForReadyRead());
+        QCOMPARE(holder.readLine().trimmed(), QByteArray("held"));
 
-    QCOMPARE(f.model.molGetListPsiimId().size(), exclusive ? 0 : 2);
-    QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}));
-    QCOMPARE(f.db.error(), ZelDbSqlite::Locked);
-    QVERIFY2(f.db.errorText().contains(QLatin1String("in use by another program")),
-        qPrintable(f.db.errorText()));
-    ZelDbSqlite other;
-    QCOMPARE(other.open(f.path), !exclusive);
-    if (exclusive)
-        QCOMPARE(other.error(), ZelDbSqlite::Locked);
+        QCOMPARE(f.model.molGetListPsiimId().size(), exclusive ? 0 : 2);
+        QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}));
+        QCOMPARE(f.db.error(), ZelDbSqlite::Locked);
+        QVERIFY2(f.db.errorText().contains(QLatin1String("in use by another program")),
+            qPrintable(f.db.errorText()));
+        ZelDbSqlite other;
+        QCOMPARE(other.open(f.path), !exclusive);
+        if (exclusive)
+            QCOMPARE(other.error(), ZelDbSqlite::Locked);
 
-    holder.closeWriteChannel();
-    QVERIFY(holder.waitForFinished());
-    QCOMPARE(holder.exitCode(), 0);
-    QVERIFY2(
-        f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}), qPrintable(f.db.errorText()));
-    QCOMPARE(f.model.utrGetListPsiimId().size(), 2);
-}
+        holder.closeWriteChannel();
+        QVERIFY(holder.waitForFinished());
+        QCOMPARE(holder.exitCode(), 0);
+        QVERIFY2(f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}),
+            qPrintable(f.db.errorText()));
+        QCOMPARE(f.model.utrGetListPsiimId().size(), 2);
+    }
+};
 
 ZEL_TEST(tst_ZelDbCrash)
 #include "tst_ZelDbCrash.moc"

@@ -6,31 +6,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-class tst_ZelDbFile : public ZelTest
-{
-    Q_OBJECT
-private slots:
-    void createdFileIsWholeAndOpensAgain();
-    void createNeverOverwrites();
-    void failedCreateLeavesNothing();
-    void unusableFilesAreRefusedEachWithItsReason_data();
-    void unusableFilesAreRefusedEachWithItsReason();
-    void cutOffFilesAreDamaged_data();
-    void cutOffFilesAreDamaged();
-    void foreignTriggersAreRefused();
-    void readOnlyConnectionsReadButDoNotWrite();
-    void writeProtectedFilesAreOpenedForReadingOnly();
-    void fullDiskLosesNothing();
-    void backupHoldsTheModel();
-    void olderSchemaIsMigratedAfterABackup();
-    void failedMigrationLeavesTheFileAsItWas_data();
-    void failedMigrationLeavesTheFileAsItWas();
-    void connectionsLiveSideBySide();
-    void modelsOutliveTheirConnection();
-    void integrityCheckNamesContradictions_data();
-    void integrityCheckNamesContradictions();
-};
-
 namespace {
 
 bool writeFile(const QString &path, const QByteArray &content)
@@ -47,321 +22,317 @@ QByteArray readFile(const QString &path)
 
 } // namespace
 
-void tst_ZelDbFile::createdFileIsWholeAndOpensAgain()
+class tst_ZelDbFile : public ZelTest
 {
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    QVERIFY(f.addReactions());
-    f.db.close();
-    QCOMPARE(QDir(f.dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("model.zel")});
-    QVERIFY2(f.db.open(f.path), qPrintable(f.db.errorText()));
-    QCOMPARE(f.model.cpaGetListPsiimId().size(), 3);
-    QCOMPARE(f.db.schemaVersion(), ZelDbSqlite::currentSchemaVersion());
-    QCOMPARE(f.db.checkIntegrity(), QStringList());
-}
-
-void tst_ZelDbFile::createNeverOverwrites()
-{
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    f.db.close();
-    const QByteArray before = readFile(f.path);
-    QVERIFY(!f.db.create(f.path));
-    QCOMPARE(f.db.error(), ZelDbSqlite::AlreadyExists);
-    QVERIFY(f.db.errorText().contains(f.path));
-    QVERIFY(!f.db.isOpen());
-    QCOMPARE(readFile(f.path), before);
-}
-
-void tst_ZelDbFile::failedCreateLeavesNothing()
-{
-    QTemporaryDir dir;
-    ZelDbSqlite db;
-    QVERIFY(!db.create(dir.filePath(QStringLiteral("no/such/folder/a.zel"))));
-    QCOMPARE(db.error(), ZelDbSqlite::MissingFile);
-    // A name too long for the file system is noticed only while the file is made.
-    const QString tooLong = dir.filePath(QString(250, u'x') + QLatin1String(".zel"));
-    QVERIFY(!db.create(tooLong));
-    QVERIFY(!db.isOpen());
-    QVERIFY(!db.errorText().isEmpty());
-    QVERIFY(QDir(dir.path()).isEmpty());
-}
-
-void tst_ZelDbFile::unusableFilesAreRefusedEachWithItsReason_data()
-{
-    QTest::addColumn<QByteArray>("content"); // null: none; "sql:" statements for a new model
-    QTest::addColumn<int>("error");
-    QTest::addColumn<QString>("says");
-    const auto row = [](const char *name, const QByteArray &content, ZelDbSqlite::Error error,
-                         const char *says) {
-        QTest::newRow(name) << content << int(error) << QString::fromLatin1(says);
-    };
-    row("missing", {}, ZelDbSqlite::MissingFile, "There is no model file");
-    row("empty", "", ZelDbSqlite::ForeignFile, "it is empty");
-    row("text", QByteArray(5000, 'x'), ZelDbSqlite::ForeignFile, "is not a model file");
-    row("short text", "hello", ZelDbSqlite::ForeignFile, "is not a model file");
-    row("other application", "sql:PRAGMA application_id = 17", ZelDbSqlite::ForeignFile,
-        "another program");
-    row("newer schema", "sql:PRAGMA user_version = 99", ZelDbSqlite::NewerSchema, "newer version");
-    row("unknown older schema", "sql:PRAGMA user_version = 0", ZelDbSqlite::MigrationFailed,
-        "cannot bring up to date");
-    row("table lost", "sql:DROP TABLE cad", ZelDbSqlite::Corrupt, "tables");
-    row("column lost", "sql:ALTER TABLE utr DROP COLUMN reason", ZelDbSqlite::Corrupt, "tables");
-    row("garbage inside", "bytes", ZelDbSqlite::Corrupt, "damaged");
-}
-
-void tst_ZelDbFile::unusableFilesAreRefusedEachWithItsReason()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(int, error);
-    QFETCH(QString, says);
-    DbFixture f;
-    f.db.close();
-    if (content.startsWith("sql:")) {
-        QVERIFY(f.execute({QString::fromLatin1(content.mid(4))}));
-    } else if (content == "bytes") {
-        QByteArray bytes = readFile(f.path);
-        bytes.replace(100, 900, QByteArray(900, '\xff'));
-        QVERIFY(writeFile(f.path, bytes));
-    } else {
-        QVERIFY(QFile::remove(f.path));
-        if (!content.isNull())
-            QVERIFY(writeFile(f.path, content));
-    }
-    const QByteArray before = readFile(f.path);
-    QVERIFY(!f.db.open(f.path));
-    QCOMPARE(int(f.db.error()), error);
-    QVERIFY2(f.db.errorText().contains(says), qPrintable(f.db.errorText()));
-    QVERIFY(f.db.errorText().contains(f.path));
-    QVERIFY(!f.db.isOpen());
-    QCOMPARE(readFile(f.path), before);
-    QCOMPARE(QFile::exists(f.path), !content.isNull());
-}
-
-void tst_ZelDbFile::cutOffFilesAreDamaged_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::newRow("within the header") << 40;
-    QTest::newRow("within the first page") << 2000;
-    QTest::newRow("after the first page") << 4096;
-    QTest::newRow("last page gone") << -1;
-}
-
-void tst_ZelDbFile::cutOffFilesAreDamaged()
-{
-    QFETCH(int, size);
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    f.db.close();
-    const QByteArray whole = readFile(f.path);
-    QVERIFY(writeFile(f.path, size < 0 ? whole.chopped(4096) : whole.left(size)));
-    QVERIFY(!f.db.open(f.path));
-    QCOMPARE(f.db.error(), ZelDbSqlite::Corrupt);
-    QVERIFY(f.db.errorText().contains(QLatin1String("restore it from a backup")));
-}
-
-void tst_ZelDbFile::foreignTriggersAreRefused()
-{
-    DbFixture f;
-    QVERIFY(f.execute({QStringLiteral("CREATE TABLE note (text)")}));
-    QVERIFY2(f.db.open(f.path), qPrintable(f.db.errorText()));
-    QVERIFY(f.execute(
-        {QStringLiteral("CREATE TRIGGER evil AFTER INSERT ON mol BEGIN DELETE FROM mol; END")}));
-    QVERIFY(!f.db.open(f.path));
-    QCOMPARE(f.db.error(), ZelDbSqlite::Corrupt);
-}
-
-void tst_ZelDbFile::readOnlyConnectionsReadButDoNotWrite()
-{
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    f.db.close();
-    const QByteArray before = readFile(f.path);
-    QVERIFY2(f.db.openReadOnly(f.path), qPrintable(f.db.errorText()));
-    QVERIFY(f.db.isReadOnly());
-    QCOMPARE(f.model.molGetListPsiimId().size(), 2);
-    QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}));
-    QCOMPARE(f.db.error(), ZelDbSqlite::ReadOnly);
-    QVERIFY(f.model.errorText().contains(QLatin1String("read-only")));
-    QCOMPARE(ZelDb::getNewSdcPsiimId(ZelDb::Mol, &f.model), QString());
-    QVERIFY2(f.db.backupTo(f.file(QStringLiteral("copy.zel"))), qPrintable(f.db.errorText()));
-    f.db.close();
-    QCOMPARE(readFile(f.path), before);
-    QVERIFY(f.execute({QStringLiteral("PRAGMA user_version = 0")}));
-    QVERIFY(!f.db.openReadOnly(f.path));
-    QCOMPARE(f.db.error(), ZelDbSqlite::OlderSchema);
-}
-
-void tst_ZelDbFile::writeProtectedFilesAreOpenedForReadingOnly()
-{
-    DbFixture f;
-    f.db.close();
-    QVERIFY(QFile::setPermissions(f.path, QFile::ReadOwner));
-    if (QFileInfo(f.path).isWritable())
-        QSKIP("permissions do not bind this user");
-    QVERIFY(!f.db.open(f.path));
-    QCOMPARE(f.db.error(), ZelDbSqlite::ReadOnly);
-    QVERIFY(f.db.errorText().contains(QLatin1String("open it for reading only")));
-    QVERIFY(f.db.openReadOnly(f.path));
-}
-
-void tst_ZelDbFile::fullDiskLosesNothing()
-{
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    const QStringList before = DbFixture::dump(f.path);
-    QVERIFY(f.db.setSizeLimit(1));
+    Q_OBJECT
+private slots:
+    void createdFileIsWholeAndOpensAgain()
     {
-        ZelDbTransaction transaction(&f.db);
-        QVERIFY(f.model.molInsert(
-            {{C::PsiimId, QStringLiteral("mol1")}, {C::ShortName, QStringLiteral("changed")}}));
-        QVERIFY(!f.model.molInsert(
-            {{C::PsiimId, QStringLiteral("mol9")}, {C::GraphicsInfo, QString(3000000, u'x')}}));
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        QVERIFY(f.addReactions());
+        f.db.close();
+        QCOMPARE(
+            QDir(f.dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("model.zel")});
+        QVERIFY2(f.db.open(f.path), qPrintable(f.db.errorText()));
+        QCOMPARE(f.model.cpaGetListPsiimId().size(), 3);
+        QCOMPARE(f.db.schemaVersion(), ZelDbSqlite::currentSchemaVersion());
+        QCOMPARE(f.db.checkIntegrity(), QStringList());
+    }
+
+    void createNeverOverwrites()
+    {
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        f.db.close();
+        const QByteArray before = readFile(f.path);
+        QVERIFY(!f.db.create(f.path));
+        QCOMPARE(f.db.error(), ZelDbSqlite::AlreadyExists);
+        QVERIFY(f.db.errorText().contains(f.path));
+        QVERIFY(!f.db.isOpen());
+        QCOMPARE(readFile(f.path), before);
+    }
+
+    void failedCreateLeavesNothing()
+    {
+        QTemporaryDir dir;
+        ZelDbSqlite db;
+        QVERIFY(!db.create(dir.filePath(QStringLiteral("no/such/folder/a.zel"))));
+        QCOMPARE(db.error(), ZelDbSqlite::MissingFile);
+        // A name too long for the file system is noticed only while the file is made.
+        const QString tooLong = dir.filePath(QString(250, u'x') + QLatin1String(".zel"));
+        QVERIFY(!db.create(tooLong));
+        QVERIFY(!db.isOpen());
+        QVERIFY(!db.errorText().isEmpty());
+        QVERIFY(QDir(dir.path()).isEmpty());
+    }
+
+    void unusableFilesAreRefusedEachWithItsReason_data()
+    {
+        QTest::addColumn<QByteArray>("content"); // null: none; "sql:" statements for a new model
+        QTest::addColumn<int>("error");
+        QTest::addColumn<QString>("says");
+        const auto row = [](const char *name, const QByteArray &content, ZelDbSqlite::Error error,
+                             const char *says) {
+            QTest::newRow(name) << content << int(error) << QString::fromLatin1(says);
+        };
+        row("missing", {}, ZelDbSqlite::MissingFile, "There is no model file");
+        row("empty", "", ZelDbSqlite::ForeignFile, "it is empty");
+        row("text", QByteArray(5000, 'x'), ZelDbSqlite::ForeignFile, "is not a model file");
+        row("short text", "hello", ZelDbSqlite::ForeignFile, "is not a model file");
+        row("other application", "sql:PRAGMA application_id = 17", ZelDbSqlite::ForeignFile,
+            "another program");
+        row("newer schema", "sql:PRAGMA user_version = 99", ZelDbSqlite::NewerSchema,
+            "newer version");
+        row("unknown older schema", "sql:PRAGMA user_version = 0", ZelDbSqlite::MigrationFailed,
+            "cannot bring up to date");
+        row("table lost", "sql:DROP TABLE cad", ZelDbSqlite::Corrupt, "tables");
+        row("column lost", "sql:ALTER TABLE utr DROP COLUMN reason", ZelDbSqlite::Corrupt,
+            "tables");
+        row("garbage inside", "bytes", ZelDbSqlite::Corrupt, "damaged");
+    }
+
+    void unusableFilesAreRefusedEachWithItsReason()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(int, error);
+        QFETCH(QString, says);
+        DbFixture f;
+        f.db.close();
+        if (content.startsWith("sql:")) {
+            QVERIFY(f.execute({QString::fromLatin1(content.mid(4))}));
+        } else if (content == "bytes") {
+            QByteArray bytes = readFile(f.path);
+            bytes.replace(100, 900, QByteArray(900, '\xff'));
+            QVERIFY(writeFile(f.path, bytes));
+        } else {
+            QVERIFY(QFile::remove(f.path));
+            if (!content.isNull())
+                QVERIFY(writeFile(f.path, content));
+        }
+        const QByteArray before = readFile(f.path);
+        QVERIFY(!f.db.open(f.path));
+        QCOMPARE(int(f.db.error()), error);
+        QVERIFY2(f.db.errorText().contains(says), qPrintable(f.db.errorText()));
+        QVERIFY(f.db.errorText().contains(f.path));
+        QVERIFY(!f.db.isOpen());
+        QCOMPARE(readFile(f.path), before);
+        QCOMPARE(QFile::exists(f.path), !content.isNull());
+    }
+
+    void cutOffFilesAreDamaged_data()
+    {
+        rows<int>({"size"},
+            {{"within the header", {40}}, {"within the first page", {2000}},
+                {"after the first page", {4096}}, {"last page gone", {-1}}});
+    }
+
+    void cutOffFilesAreDamaged()
+    {
+        QFETCH(int, size);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        f.db.close();
+        const QByteArray whole = readFile(f.path);
+        QVERIFY(writeFile(f.path, size < 0 ? whole.chopped(4096) : whole.left(size)));
+        QVERIFY(!f.db.open(f.path));
+        QCOMPARE(f.db.error(), ZelDbSqlite::Corrupt);
+        QVERIFY(f.db.errorText().contains(QLatin1String("restore it from a backup")));
+    }
+
+    void foreignTriggersAreRefused()
+    {
+        DbFixture f;
+        QVERIFY(f.execute({QStringLiteral("CREATE TABLE note (text)")}));
+        QVERIFY2(f.db.open(f.path), qPrintable(f.db.errorText()));
+        QVERIFY(f.execute({QStringLiteral(
+            "CREATE TRIGGER evil AFTER INSERT ON mol BEGIN DELETE FROM mol; END")}));
+        QVERIFY(!f.db.open(f.path));
+        QCOMPARE(f.db.error(), ZelDbSqlite::Corrupt);
+    }
+
+    void readOnlyConnectionsReadButDoNotWrite()
+    {
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        f.db.close();
+        const QByteArray before = readFile(f.path);
+        QVERIFY2(f.db.openReadOnly(f.path), qPrintable(f.db.errorText()));
+        QVERIFY(f.db.isReadOnly());
+        QCOMPARE(f.model.molGetListPsiimId().size(), 2);
+        QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}));
+        QCOMPARE(f.db.error(), ZelDbSqlite::ReadOnly);
+        QVERIFY(f.model.errorText().contains(QLatin1String("read-only")));
+        QCOMPARE(ZelDb::getNewSdcPsiimId(ZelDb::Mol, &f.model), QString());
+        QVERIFY2(f.db.backupTo(f.file(QStringLiteral("copy.zel"))), qPrintable(f.db.errorText()));
+        f.db.close();
+        QCOMPARE(readFile(f.path), before);
+        QVERIFY(f.execute({QStringLiteral("PRAGMA user_version = 0")}));
+        QVERIFY(!f.db.openReadOnly(f.path));
+        QCOMPARE(f.db.error(), ZelDbSqlite::OlderSchema);
+    }
+
+    void fullDiskLosesNothing()
+    {
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        const QStringList before = DbFixture::dump(f.path);
+        QVERIFY(f.db.setSizeLimit(1));
+        {
+            ZelDbTransaction transaction(&f.db);
+            QVERIFY(f.model.molInsert(
+                {{C::PsiimId, QStringLiteral("mol1")}, {C::ShortName, QStringLiteral("changed")}}));
+            QVERIFY(!f.model.molInsert(
+                {{C::PsiimId, QStringLiteral("mol9")}, {C::GraphicsInfo, QString(3000000, u'x')}}));
+            QCOMPARE(f.db.error(), ZelDbSqlite::DiskFull);
+            // SQLite may have ended the transaction: nothing may slip into the file from here on.
+            QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol10")}}));
+            QVERIFY(!transaction.commit());
+        }
         QCOMPARE(f.db.error(), ZelDbSqlite::DiskFull);
-        // SQLite may have ended the transaction: nothing may slip into the file from here on.
-        QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol10")}}));
-        QVERIFY(!transaction.commit());
+        QVERIFY(f.db.errorText().contains(QLatin1String("no room")));
+        QCOMPARE(DbFixture::dump(f.path), before);
+        QVERIFY(f.db.setSizeLimit(0));
+        QVERIFY(f.model.molInsert({{C::PsiimId, QStringLiteral("mol10")}}));
     }
-    QCOMPARE(f.db.error(), ZelDbSqlite::DiskFull);
-    QVERIFY(f.db.errorText().contains(QLatin1String("no room")));
-    QCOMPARE(DbFixture::dump(f.path), before);
-    QVERIFY(f.db.setSizeLimit(0));
-    QVERIFY(f.model.molInsert({{C::PsiimId, QStringLiteral("mol10")}}));
-}
 
-void tst_ZelDbFile::backupHoldsTheModel()
-{
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    const QString copy = f.file(QStringLiteral("it's a copy.zel"));
+    void backupHoldsTheModel()
     {
-        ZelDbTransaction transaction(&f.db);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        const QString copy = f.file(QStringLiteral("it's a copy.zel"));
+        {
+            ZelDbTransaction transaction(&f.db);
+            QVERIFY(!f.db.backupTo(copy));
+            transaction.rollback();
+        }
+        QVERIFY2(f.db.backupTo(copy), qPrintable(f.db.errorText()));
         QVERIFY(!f.db.backupTo(copy));
-        transaction.rollback();
+        QCOMPARE(f.db.error(), ZelDbSqlite::AlreadyExists);
+        QVERIFY(!f.db.backupTo(f.file(QStringLiteral("none/copy.zel"))));
+        QCOMPARE(DbFixture::dump(copy), DbFixture::dump(f.path));
+        ZelDbSqlite other;
+        QVERIFY2(other.open(copy), qPrintable(other.errorText()));
     }
-    QVERIFY2(f.db.backupTo(copy), qPrintable(f.db.errorText()));
-    QVERIFY(!f.db.backupTo(copy));
-    QCOMPARE(f.db.error(), ZelDbSqlite::AlreadyExists);
-    QVERIFY(!f.db.backupTo(f.file(QStringLiteral("none/copy.zel"))));
-    QCOMPARE(DbFixture::dump(copy), DbFixture::dump(f.path));
-    ZelDbSqlite other;
-    QVERIFY2(other.open(copy), qPrintable(other.errorText()));
-}
 
-void tst_ZelDbFile::olderSchemaIsMigratedAfterABackup()
-{
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    f.db.close();
-    const QStringList before = DbFixture::dump(f.path);
-    const ZelDbMigrations migrations{3,
-        {{2, {QStringLiteral("UPDATE mol SET notes = notes || ' then 3'")}},
-            {1,
-                {QStringLiteral("UPDATE mol SET notes = 'step 2'"),
-                    QStringLiteral("CREATE TABLE extra (a)")}}}};
-    QVERIFY2(f.db.open(f.path, migrations), qPrintable(f.db.errorText()));
-    QCOMPARE(f.db.schemaVersion(), 3);
-    QCOMPARE(f.model.molGetHashInfo(QStringLiteral("mol1")).value(C::Notes),
-        QStringLiteral("step 2 then 3"));
-    const QString backup = f.path + QLatin1String(".v1.bak");
-    QCOMPARE(DbFixture::dump(backup), before);
-    QVERIFY(f.db.open(f.path, migrations)); // no second time, no second backup
-    f.db.close();
-    QCOMPARE(QDir(f.dir.path()).entryList(QDir::Files).size(), 2);
-    QVERIFY(!f.db.open(f.path)); // newer than what this library writes
-    QCOMPARE(f.db.error(), ZelDbSqlite::NewerSchema);
-}
+    void olderSchemaIsMigratedAfterABackup()
+    {
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        f.db.close();
+        const QStringList before = DbFixture::dump(f.path);
+        const ZelDbMigrations migrations{3,
+            {{2, {QStringLiteral("UPDATE mol SET notes = notes || ' then 3'")}},
+                {1,
+                    {QStringLiteral("UPDATE mol SET notes = 'step 2'"),
+                        QStringLiteral("CREATE TABLE extra (a)")}}}};
+        QVERIFY2(f.db.open(f.path, migrations), qPrintable(f.db.errorText()));
+        QCOMPARE(f.db.schemaVersion(), 3);
+        QCOMPARE(f.model.molGetHashInfo(QStringLiteral("mol1")).value(C::Notes),
+            QStringLiteral("step 2 then 3"));
+        const QString backup = f.path + QLatin1String(".v1.bak");
+        QCOMPARE(DbFixture::dump(backup), before);
+        QVERIFY(f.db.open(f.path, migrations)); // no second time, no second backup
+        f.db.close();
+        QCOMPARE(QDir(f.dir.path()).entryList(QDir::Files).size(), 2);
+        QVERIFY(!f.db.open(f.path)); // newer than what this library writes
+        QCOMPARE(f.db.error(), ZelDbSqlite::NewerSchema);
+    }
 
-void tst_ZelDbFile::failedMigrationLeavesTheFileAsItWas_data()
-{
-    QTest::addColumn<QString>("last");
-    QTest::newRow("statement fails") << QStringLiteral("UPDATE nowhere SET a = 1");
-    QTest::newRow("dangling reference")
-        << QStringLiteral("UPDATE mcp SET mol = 'nobody' WHERE psiimId = 'mcp1'");
-}
+    void failedMigrationLeavesTheFileAsItWas_data()
+    {
+        rows<QString>({"last"},
+            {{"statement fails", {QStringLiteral("UPDATE nowhere SET a = 1")}},
+                {"dangling reference",
+                    {QStringLiteral("UPDATE mcp SET mol = 'nobody' WHERE psiimId = 'mcp1'")}}});
+    }
 
-void tst_ZelDbFile::failedMigrationLeavesTheFileAsItWas()
-{
-    QFETCH(QString, last);
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    f.db.close();
-    const QStringList before = DbFixture::dump(f.path);
-    QVERIFY(
-        !f.db.open(f.path, {2, {{1, {QStringLiteral("UPDATE mol SET notes = 'half'"), last}}}}));
-    QCOMPARE(f.db.error(), ZelDbSqlite::MigrationFailed);
-    const QString backup = f.path + QLatin1String(".v1.bak");
-    QVERIFY2(f.db.errorText().contains(backup), qPrintable(f.db.errorText()));
-    QCOMPARE(DbFixture::dump(f.path), before);
-    QCOMPARE(DbFixture::dump(backup), before);
-    QVERIFY(f.db.open(f.path));
-}
+    void failedMigrationLeavesTheFileAsItWas()
+    {
+        QFETCH(QString, last);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        f.db.close();
+        const QStringList before = DbFixture::dump(f.path);
+        QVERIFY(!f.db.open(
+            f.path, {2, {{1, {QStringLiteral("UPDATE mol SET notes = 'half'"), last}}}}));
+        QCOMPARE(f.db.error(), ZelDbSqlite::MigrationFailed);
+        const QString backup = f.path + QLatin1String(".v1.bak");
+        QVERIFY2(f.db.errorText().contains(backup), qPrintable(f.db.errorText()));
+        QCOMPARE(DbFixture::dump(f.path), before);
+        QCOMPARE(DbFixture::dump(backup), before);
+        QVERIFY(f.db.open(f.path));
+    }
 
-void tst_ZelDbFile::connectionsLiveSideBySide()
-{
-    DbFixture f;
-    ZelDbSqlite second;
-    QVERIFY2(second.open(f.path), qPrintable(second.errorText()));
-    ZelDbSqliteModel secondModel(&second);
-    QVERIFY(f.addComplex());
-    QCOMPARE(secondModel.molGetListPsiimId().size(), 2);
-    QVERIFY(secondModel.molInsert({{C::PsiimId, QStringLiteral("mol7")}}));
-    second.close(); // Qt warns, and the test fails, when a statement is still in use
-    QCOMPARE(f.model.molGetListPsiimId().size(), 3);
-}
+    void connectionsLiveSideBySide()
+    {
+        DbFixture f;
+        ZelDbSqlite second;
+        QVERIFY2(second.open(f.path), qPrintable(second.errorText()));
+        ZelDbSqliteModel secondModel(&second);
+        QVERIFY(f.addComplex());
+        QCOMPARE(secondModel.molGetListPsiimId().size(), 2);
+        QVERIFY(secondModel.molInsert({{C::PsiimId, QStringLiteral("mol7")}}));
+        second.close(); // Qt warns, and the test fails, when a statement is still in use
+        QCOMPARE(f.model.molGetListPsiimId().size(), 3);
+    }
 
-void tst_ZelDbFile::modelsOutliveTheirConnection()
-{
-    auto *db = new ZelDbSqlite;
-    QVERIFY(db->create(QStringLiteral(":memory:")));
-    ZelDbSqliteModel model(db);
-    ZelDbTransaction transaction(db);
-    QVERIFY(model.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
-    db->close();
-    QVERIFY(!transaction.commit());
-    QVERIFY(!model.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
-    QVERIFY(model.errorText().contains(QLatin1String("No model file is open")));
-    delete db;
-    QVERIFY(!transaction.commit());
-    QVERIFY(model.molGetHashInfo(QStringLiteral("mol1")).isEmpty());
-    QVERIFY(!model.molRemove(QStringLiteral("mol1")));
-    QVERIFY(model.errorText().contains(QLatin1String("No model file is open")));
-    QCOMPARE(ZelDb::getNewSdcPsiimId(ZelDb::Mol, &model), QString());
-}
+    void modelsOutliveTheirConnection()
+    {
+        auto *db = new ZelDbSqlite;
+        QVERIFY(db->create(QStringLiteral(":memory:")));
+        ZelDbSqliteModel model(db);
+        ZelDbTransaction transaction(db);
+        QVERIFY(model.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
+        db->close();
+        QVERIFY(!transaction.commit());
+        QVERIFY(!model.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
+        QVERIFY(model.errorText().contains(QLatin1String("No model file is open")));
+        delete db;
+        QVERIFY(!transaction.commit());
+        QVERIFY(model.molGetHashInfo(QStringLiteral("mol1")).isEmpty());
+        QVERIFY(!model.molRemove(QStringLiteral("mol1")));
+        QVERIFY(model.errorText().contains(QLatin1String("No model file is open")));
+        QCOMPARE(ZelDb::getNewSdcPsiimId(ZelDb::Mol, &model), QString());
+    }
 
-void tst_ZelDbFile::integrityCheckNamesContradictions_data()
-{
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<QString>("problem");
-    const auto row = [](const char *name, const char *statement, const char *problem) {
-        QTest::newRow(name) << QString::fromLatin1(statement) << QString::fromLatin1(problem);
-    };
-    row("dangling reference", "UPDATE trn SET fromCpa = 'gone'", "table cpa that does not exist");
-    row("bond at another molecule's site", "UPDATE cpxBstBst SET bst1 = 'bst3'",
-        "Complex cpx1 has a bond at site bst3 of its molecule 0, which has no such site.");
-    row("two bonds on one site",
-        "INSERT INTO cpxBstBst (cpx, molPos1, bst1, molPos2, bst2)"
-        " VALUES ('cpx1', 1, 'bst3', 0, 'bst2')",
-        "Complex cpx1 has more than one bond at site bst3 of its molecule 1.");
-    row("hole in the molecules", "DELETE FROM cpxMol WHERE position = 0", "positions");
-    row("backbone beyond the chain", "INSERT INTO mcpMcp VALUES ('mol2', 0, 1)", "Molecule mol2");
-    row("complex stored twice", "INSERT INTO cpx (psiimId, fingerPrint) VALUES ('twin', 'finger')",
-        "Complexes cpx1 and twin are the same.");
-}
+    void integrityCheckNamesContradictions_data()
+    {
+        QTest::addColumn<QString>("statement");
+        QTest::addColumn<QString>("problem");
+        const auto row = [](const char *name, const char *statement, const char *problem) {
+            QTest::newRow(name) << QString::fromLatin1(statement) << QString::fromLatin1(problem);
+        };
+        row("dangling reference", "UPDATE trn SET fromCpa = 'gone'",
+            "table cpa that does not exist");
+        row("bond at another molecule's site", "UPDATE cpxBstBst SET bst1 = 'bst3'",
+            "Complex cpx1 has a bond at site bst3 of its molecule 0, which has no such site.");
+        row("two bonds on one site",
+            "INSERT INTO cpxBstBst (cpx, molPos1, bst1, molPos2, bst2)"
+            " VALUES ('cpx1', 1, 'bst3', 0, 'bst2')",
+            "Complex cpx1 has more than one bond at site bst3 of its molecule 1.");
+        row("hole in the molecules", "DELETE FROM cpxMol WHERE position = 0", "positions");
+        row("backbone beyond the chain", "INSERT INTO mcpMcp VALUES ('mol2', 0, 1)",
+            "Molecule mol2");
+        row("complex stored twice",
+            "INSERT INTO cpx (psiimId, fingerPrint) VALUES ('twin', 'finger')",
+            "Complexes cpx1 and twin are the same.");
+    }
 
-void tst_ZelDbFile::integrityCheckNamesContradictions()
-{
-    QFETCH(QString, statement);
-    QFETCH(QString, problem);
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    QVERIFY(f.addReactions());
-    QCOMPARE(f.db.checkIntegrity(), QStringList());
-    QVERIFY(f.execute({statement}));
-    QVERIFY(f.db.open(f.path));
-    const QStringList problems = f.db.checkIntegrity();
-    QVERIFY2(problems.join(u'\n').contains(problem), qPrintable(problems.join(u'\n')));
-}
+    void integrityCheckNamesContradictions()
+    {
+        QFETCH(QString, statement);
+        QFETCH(QString, problem);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        QVERIFY(f.addReactions());
+        QCOMPARE(f.db.checkIntegrity(), QStringList());
+        QVERIFY(f.execute({statement}));
+        QVERIFY(f.db.open(f.path));
+        const QStringList problems = f.db.checkIntegrity();
+        QVERIFY2(problems.join(u'\n').contains(problem), qPrintable(problems.join(u'\n')));
+    }
+};
 
 ZEL_TEST(tst_ZelDbFile)
 #include "tst_ZelDbFile.moc"

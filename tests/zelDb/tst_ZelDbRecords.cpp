@@ -13,294 +13,283 @@ class tst_ZelDbRecords : public ZelTest
 {
     Q_OBJECT
 private slots:
-    void everyKindKeepsEveryColumn_data();
-    void everyKindKeepsEveryColumn();
-    void updatesLeaveAbsentColumnsAlone();
-    void hostileTextsComeBack_data();
-    void hostileTextsComeBack();
-    void unusableRecordsAreRefused_data();
-    void unusableRecordsAreRefused();
-    void referencesFollowTheirRecord();
-    void graphicsInfoIsFoundByWord();
-    void shortNamesAreUniquePerKind_data();
-    void shortNamesAreUniquePerKind();
-    void withoutDatabaseEverythingIsEmpty();
+    void everyKindKeepsEveryColumn_data()
+    {
+        QTest::addColumn<Insert>("insert");
+        QTest::addColumn<Read>("read");
+        QTest::addColumn<List>("list");
+        QTest::addColumn<QList<int>>("columns");
+        QTest::addColumn<ZelDbRecord>("given"); // texts that may not be free ones
+        const auto row = [](const char *name, Insert insert, Read read, List list,
+                             QList<int> columns, const ZelDbRecord &given = {}) {
+            QTest::newRow(name) << insert << read << list << columns + QList<int>{C::Name, C::Notes}
+                                << given;
+        };
+        const auto id = [](const char *text) { return QString::fromLatin1(text); };
+        using M = ZelDbSqliteModel;
+        const auto mli = qOverload<const QString &>(&M::mliGetHashInfo);
+        row("mol", &M::molInsert, &M::molGetHashInfo, &M::molGetListPsiimId,
+            {C::ShortName, C::GraphicsInfo, C::MolNumber15, C::MolNumber16, C::MolNumber18,
+                C::Color, C::Location});
+        row("mcp", &M::mcpInsert, &M::mcpGetHashInfo, &M::mcpGetListPsiimId,
+            {C::ShortName, C::Location}, {{C::OwnerPsiimId, id("mol2")}, {C::PosIndex, id("4")}});
+        row("bst", &M::bstInsert, &M::bstGetHashInfo, &M::bstGetListPsiimId, {C::ShortName},
+            {{C::OwnerPsiimId, id("mcp3")}, {C::PosIndex, id("2")}});
+        row("mli", &M::mliInsert, mli, &M::mliGetListPsiimId,
+            {C::ShortName, C::GraphicsInfo, C::AssociationRate, C::DissociationRate},
+            {{C::Bst1, id("bst3")}, {C::MolPos1, id("1")}, {C::Bst2, id("bst2")},
+                {C::MolPos2, id("0")}});
+        row("cpa", qOverload<const ZelDbRecord &>(&M::cpaInsert), &M::cpaGetHashInfo,
+            &M::cpaGetListPsiimId, {C::CpaKey2, C::CpaStateCode, C::CpaShortName},
+            {{C::CpaCpx, id("cpx1")}, {C::CpaShown, id("0")}, {C::CpaWellDefined, id("1")}});
+        row("cai", &M::caiInsert, &M::caiGetHashInfo, &M::caiGetListPsiimId,
+            {C::ShortName, C::GraphicsInfo, C::AssociationRate, C::BindingType, C::Geometry},
+            {{C::CaiCpa1, id("cpa1")}, {C::CaiCpa2, id("cpa2")}, {C::CaiResultCpa, id("cpa3")},
+                {C::Bst1, id("bst1")}, {C::MolPos1, id("0")}, {C::Bst2, id("bst3")},
+                {C::MolPos2, id("1")}});
+        row("cad", &M::cadInsert, &M::cadGetHashInfo, &M::cadGetListPsiimId,
+            {C::ShortName, C::DissociationRate, C::BindingType, C::GeometryText},
+            {{C::CadSourceCpa, id("cpa1")}, {C::CadResultCpa1, id("cpa2")},
+                {C::CadResultCpa2, id("cpa3")}});
+        row("trn", &M::trnInsert, &M::trnGetHashInfo, &M::trnGetListPsiimId,
+            {C::ShortName, C::Rate}, {{C::TrnFromCpa, id("cpa1")}, {C::TrnToCpa, id("cpa2")}});
+        row("pdn", &M::pdnInsert, &M::pdnGetHashInfo, &M::pdnGetListPsiimId,
+            {C::ShortName, C::PdnDelay, C::PdnM, C::PdnN, C::PdnK},
+            {{C::PdnSourceCpa, id("cpa1")}, {C::PdnProductCpa, id("cpa2")}});
+        row("deg", &M::degInsert, &M::degGetHashInfo, &M::degGetListPsiimId,
+            {C::ShortName, C::DegradationRate}, {{C::DegradationCpa, id("cpa1")}});
+        row("par", &M::parInsert, &M::parGetHashInfo, &M::parGetListPsiimId,
+            {C::ShortName, C::ParameterValue, C::Unit});
+        row("obs", &M::obsInsert, &M::obsGetHashInfo, &M::obsGetListPsiimId,
+            {C::ShortName, C::ObservableKind, C::ObservablePattern});
+        row("sed", &M::sedInsert, &M::sedGetHashInfo, &M::sedGetListPsiimId,
+            {C::ShortName, C::SeedAmount, C::Unit}, {{C::SeedCpa, id("cpa1")}});
+        row("cmp", &M::cmpInsert, &M::cmpGetHashInfo, &M::cmpGetListPsiimId,
+            {C::ShortName, C::CompartmentDimension, C::CompartmentSize, C::Unit},
+            {{C::CompartmentParent, id("outer")}});
+        row("utr", &M::utrInsert, &M::utrGetHashInfo, &M::utrGetListPsiimId,
+            {C::ShortName, C::SourceFile, C::SourceText, C::Reason}, {{C::SourceLine, id("12")}});
+    }
+
+    void everyKindKeepsEveryColumn()
+    {
+        QFETCH(Insert, insert);
+        QFETCH(Read, read);
+        QFETCH(List, list);
+        QFETCH(QList<int>, columns);
+        QFETCH(ZelDbRecord, given);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        QVERIFY(f.addReactions());
+        QVERIFY(f.model.cmpInsert({{C::PsiimId, QStringLiteral("outer")}}));
+        const QStringList others = (f.model.*list)();
+
+        ZelDbRecord record = given;
+        record.insert(C::PsiimId, QStringLiteral("z9"));
+        for (const int column : columns)
+            record.insert(column, QStringLiteral("text %1").arg(column));
+        QVERIFY2((f.model.*insert)(record), qPrintable(f.model.errorText()));
+        ZelDbRecord stored = (f.model.*read)(QStringLiteral("z9"));
+        QVERIFY(!stored.value(C::RowNumber).isEmpty());
+        // A record that was read can be written again as it is, under another id too.
+        QVERIFY2((f.model.*insert)(stored), qPrintable(f.model.errorText()));
+        stored.remove(C::RowNumber);
+        QCOMPARE(stored, record);
+        QCOMPARE((f.model.*list)(), others + QStringList{QStringLiteral("z9")});
+        QVERIFY((f.model.*read)(QStringLiteral("z8")).isEmpty());
+        QVERIFY((f.model.*read)(QString()).isEmpty());
+    }
+
+    void updatesLeaveAbsentColumnsAlone()
+    {
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        const QString id = QStringLiteral("mcp1");
+        const QString row = f.model.mcpGetHashInfo(id).value(C::RowNumber);
+        QVERIFY2(f.model.mcpInsert({{C::PsiimId, id}, {C::Notes, QStringLiteral("new")}}),
+            qPrintable(f.model.errorText())); // without its owner
+        QCOMPARE(DbFixture::texts(f.model.mcpGetHashInfo(id),
+                     {C::RowNumber, C::OwnerPsiimId, C::ShortName, C::Notes, C::Name}),
+            (QStringList{row, QStringLiteral("mol1"), QStringLiteral("mcp1 name"),
+                QStringLiteral("new"), QString()}));
+        QVERIFY(f.model.mcpInsert({{C::PsiimId, id}, {C::Notes, QString()}}));
+        QCOMPARE(f.model.mcpGetHashInfo(id).value(C::Notes, QStringLiteral("-")), QString());
+        QVERIFY(f.model.mcpInsert({{C::PsiimId, id}}));
+        // What belongs to a record and what refers to it survives.
+        QVERIFY(f.model.molInsert(
+            {{C::PsiimId, QStringLiteral("mol1")}, {C::Name, QStringLiteral("x")}}));
+        QCOMPARE(f.model.mcpGetOrderedStateNames(id).size(), 2);
+        QCOMPARE(f.model.cpxGetListMolPsiimId(QStringLiteral("cpx1")).size(), 2);
+    }
+
+    void hostileTextsComeBack_data()
+    {
+        rows<QString>({"text"},
+            {{"quotes", {QStringLiteral("x'); DROP TABLE mol; --\"`[%1%2?1:a")}},
+                {"zero character", {QStringLiteral("a") + QChar(0) + QStringLiteral("b")}},
+                {"beyond the basic plane",
+                    {QString::fromUtf8("\xf0\x9f\xa7\xac \xce\xb1-\xce\xb2")}},
+                {"line ends", {QStringLiteral("\r\n\t\n ")}},
+                {"a million characters", {QString(1000000, QChar(0x3b1))}},
+                {"number", {QStringLiteral("1.10e+05")}}});
+    }
+
+    void hostileTextsComeBack()
+    {
+        QFETCH(QString, text);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        QVERIFY2(
+            f.model.molInsert({{C::PsiimId, text}, {C::ShortName, text}, {C::MolNumber15, text}}),
+            qPrintable(f.model.errorText()));
+        QVERIFY(f.model.mcpInsertState(QStringLiteral("mcp1"), text, text, 5));
+        QVERIFY(f.model.refInsert(QStringLiteral("mol"), text, text));
+        f.db.close();
+        QVERIFY(f.db.open(f.path));
+        const ZelDbRecord record = f.model.molGetHashInfo(text);
+        QCOMPARE(DbFixture::texts(record, {C::PsiimId, C::ShortName, C::MolNumber15}),
+            (QStringList{text, text, text}));
+        QCOMPARE(f.model.mcpGetStateNameFromIndex(QStringLiteral("mcp1"), 2), text);
+        QCOMPARE(f.model.refGetReferences(QStringLiteral("mol"), text), text);
+        QVERIFY(!ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), text, {}, &f.model));
+        QVERIFY2(f.model.molRemove(text), qPrintable(f.model.errorText()));
+        QVERIFY(f.model.molGetHashInfo(text).isEmpty());
+    }
+
+    void unusableRecordsAreRefused_data()
+    {
+        QTest::addColumn<Insert>("insert");
+        QTest::addColumn<ZelDbRecord>("record");
+        QTest::addColumn<QString>("says");
+        const auto row = [](const char *name, Insert insert, int column, const char *value,
+                             const char *says) {
+            QTest::newRow(name) << insert
+                                << ZelDbRecord{{C::PsiimId, QStringLiteral("x")},
+                                       {column, QString::fromLatin1(value)}}
+                                << QString::fromLatin1(says);
+        };
+        using M = ZelDbSqliteModel;
+        row("no id", &M::molInsert, C::PsiimId, "", "without an id");
+        row("column of another kind", &M::molInsert, C::PdnDelay, "1", "does not have");
+        row("column that does not exist", &M::molInsert, 4711, "1", "does not have");
+        row("no number", &M::bstInsert, C::PosIndex, "one", "'one' is no value for its posIndex");
+        row("negative position", &M::caiInsert, C::MolPos1, "-1", "'-1' is no value");
+        row("no flag", qOverload<const ZelDbRecord &>(&M::cpaInsert), C::CpaShown, "yes", "'yes'");
+        row("unknown owner", &M::mcpInsert, C::OwnerPsiimId, "mol9",
+            "refers to molecule 'mol9', which does not exist; store that first.");
+        row("no owner", &M::mcpInsert, C::OwnerPsiimId, "", "NOT NULL");
+        row("unknown alias", &M::cadInsert, C::CadResultCpa2, "cpa9", "complex alias 'cpa9'");
+    }
+
+    void unusableRecordsAreRefused()
+    {
+        QFETCH(Insert, insert);
+        QFETCH(ZelDbRecord, record);
+        QFETCH(QString, says);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        const QStringList before = DbFixture::dump(f.path);
+        QVERIFY(!(f.model.*insert)(record));
+        QVERIFY2(f.model.errorText().contains(says), qPrintable(f.model.errorText()));
+        QCOMPARE(DbFixture::dump(f.path), before);
+    }
+
+    void referencesFollowTheirRecord()
+    {
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        const QString state = f.model.mcpGetOrderedStates(QStringLiteral("mcp1")).first().psiimId;
+        const QString kind = QStringLiteral("mcpState");
+        QVERIFY(f.model.refInsert(kind, state, QStringLiteral("old")));
+        QVERIFY(f.model.refInsert(kind, state, QStringLiteral("paper")));
+        QCOMPARE(f.model.refGetReferences(kind, state), QStringLiteral("paper"));
+        QCOMPARE(f.model.refGetReferences(QStringLiteral("mol"), state), QString());
+        QVERIFY(!f.model.refInsert(kind, QStringLiteral("none"), QStringLiteral("paper")));
+        QVERIFY(!f.model.refInsert(QStringLiteral("idCounter"), state, QStringLiteral("paper")));
+        QVERIFY(f.model.mcpStateRemove(state));
+        QVERIFY(f.model.mcpStateInsert(
+            {{C::PsiimId, state}, {C::OwnerPsiimId, QStringLiteral("mcp1")}}));
+        QCOMPARE(f.model.refGetReferences(kind, state), QString());
+        QVERIFY(f.model.refInsert(kind, state, QStringLiteral("again")));
+        QVERIFY(f.model.refInsert(kind, state, QString()));
+        QCOMPARE(f.model.refGetReferences(kind, state), QString());
+    }
+
+    void graphicsInfoIsFoundByWord()
+    {
+        DbFixture f;
+        QVERIFY(f.model.molInsert(
+            {{C::PsiimId, QStringLiteral("same")}, {C::GraphicsInfo, QStringLiteral("<mol/>")}}));
+        QVERIFY(f.model.cpxInsert(
+            QStringLiteral("same"), {}, {}, {}, {}, {}, QStringLiteral("<cpx/>"), {}, {}));
+        const auto find = [&](const char *word, const char *id) {
+            return ZelDbSqlite::getGraphicsInfo(
+                QString::fromLatin1(word), QString::fromLatin1(id), &f.model);
+        };
+        QCOMPARE(find("mol", "same"), QStringLiteral("<mol/>"));
+        QCOMPARE(find("cpx", "same"), QStringLiteral("<cpx/>"));
+        QCOMPARE(find("cpx", "other"), QString());
+        QCOMPARE(find("trn", "same"), QString()); // keeps none
+        QCOMPARE(find("sqlite_master", "same"), QString());
+        QCOMPARE(
+            ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), QStringLiteral("same"), nullptr),
+            QString());
+    }
+
+    void shortNamesAreUniquePerKind_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("except");
+        QTest::addColumn<bool>("unique");
+        const auto row = [](const char *word, const char *name, const char *except, bool unique) {
+            QTest::addRow("%s %s except '%s'", word, name, except)
+                << QString::fromLatin1(word) << QString::fromLatin1(name)
+                << QString::fromLatin1(except) << unique;
+        };
+        row("cpx", "A.B", "", false);
+        row("cpx", "A.B", "cpx1", true);
+        row("cpx", "A.B", "mol1", false);
+        row("cpx", "a.b", "", true);
+        row("mol", "A.B", "", true);
+        row("cpa", "alias2", "cpa1", false);
+        row("cpa", "alias4", "", true);
+        row("nonsense", "A", "", false);
+    }
+
+    void shortNamesAreUniquePerKind()
+    {
+        QFETCH(QString, word);
+        QFETCH(QString, name);
+        QFETCH(QString, except);
+        QFETCH(bool, unique);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        QVERIFY(f.addReactions());
+        QCOMPARE(ZelDbSqlite::isUniqueShortName(word, name, except, &f.model), unique);
+    }
+
+    void withoutDatabaseEverythingIsEmpty()
+    {
+        ZelDbSqliteModel model(nullptr);
+        const QString id = QStringLiteral("mol1");
+        QVERIFY(model.molGetListPsiimId().isEmpty());
+        QVERIFY(model.molGetMultiHashMcpMcp(id).isEmpty());
+        QVERIFY(model.mcpGetOrderedStates(id).isEmpty());
+        QVERIFY(model.cpxGetArrayBstBst(id).isEmpty());
+        QVERIFY(!model.mliIsDefined(id, id));
+        QVERIFY(!model.cpaIsShowEnabled(id));
+        QVERIFY(!model.molRemoveRowsExcept(id, {}));
+        QVERIFY(!model.mcpRemove(id));
+        QVERIFY(!model.cpaInsert({}));
+        QVERIFY(!model.cpaUpdateMcpStateCode(id, id));
+        QVERIFY(!model.cpxInsert(id, id, id, id, id, id, id, id, id));
+        QVERIFY(!model.mcpInsertState(id, id, id, 0));
+        QVERIFY(!model.errorText().isEmpty());
+        QVERIFY(ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), id, {}, nullptr));
+        QVERIFY(ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), id, {}, &model));
+    }
 };
-
-void tst_ZelDbRecords::everyKindKeepsEveryColumn_data()
-{
-    QTest::addColumn<Insert>("insert");
-    QTest::addColumn<Read>("read");
-    QTest::addColumn<List>("list");
-    QTest::addColumn<QList<int>>("columns");
-    QTest::addColumn<ZelDbRecord>("given"); // texts that may not be free ones
-    const auto row = [](const char *name, Insert insert, Read read, List list, QList<int> columns,
-                         const ZelDbRecord &given = {}) {
-        QTest::newRow(name) << insert << read << list << columns + QList<int>{C::Name, C::Notes}
-                            << given;
-    };
-    const auto id = [](const char *text) { return QString::fromLatin1(text); };
-    using M = ZelDbSqliteModel;
-    const auto mli = qOverload<const QString &>(&M::mliGetHashInfo);
-    row("mol", &M::molInsert, &M::molGetHashInfo, &M::molGetListPsiimId,
-        {C::ShortName, C::GraphicsInfo, C::MolNumber15, C::MolNumber16, C::MolNumber18, C::Color,
-            C::Location});
-    row("mcp", &M::mcpInsert, &M::mcpGetHashInfo, &M::mcpGetListPsiimId,
-        {C::ShortName, C::Location}, {{C::OwnerPsiimId, id("mol2")}, {C::PosIndex, id("4")}});
-    row("bst", &M::bstInsert, &M::bstGetHashInfo, &M::bstGetListPsiimId, {C::ShortName},
-        {{C::OwnerPsiimId, id("mcp3")}, {C::PosIndex, id("2")}});
-    row("mli", &M::mliInsert, mli, &M::mliGetListPsiimId,
-        {C::ShortName, C::GraphicsInfo, C::AssociationRate, C::DissociationRate},
-        {{C::Bst1, id("bst3")}, {C::MolPos1, id("1")}, {C::Bst2, id("bst2")},
-            {C::MolPos2, id("0")}});
-    row("cpa", qOverload<const ZelDbRecord &>(&M::cpaInsert), &M::cpaGetHashInfo,
-        &M::cpaGetListPsiimId, {C::CpaKey2, C::CpaStateCode, C::CpaShortName},
-        {{C::CpaCpx, id("cpx1")}, {C::CpaShown, id("0")}, {C::CpaWellDefined, id("1")}});
-    row("cai", &M::caiInsert, &M::caiGetHashInfo, &M::caiGetListPsiimId,
-        {C::ShortName, C::GraphicsInfo, C::AssociationRate, C::BindingType, C::Geometry},
-        {{C::CaiCpa1, id("cpa1")}, {C::CaiCpa2, id("cpa2")}, {C::CaiResultCpa, id("cpa3")},
-            {C::Bst1, id("bst1")}, {C::MolPos1, id("0")}, {C::Bst2, id("bst3")},
-            {C::MolPos2, id("1")}});
-    row("cad", &M::cadInsert, &M::cadGetHashInfo, &M::cadGetListPsiimId,
-        {C::ShortName, C::DissociationRate, C::BindingType, C::GeometryText},
-        {{C::CadSourceCpa, id("cpa1")}, {C::CadResultCpa1, id("cpa2")},
-            {C::CadResultCpa2, id("cpa3")}});
-    row("trn", &M::trnInsert, &M::trnGetHashInfo, &M::trnGetListPsiimId, {C::ShortName, C::Rate},
-        {{C::TrnFromCpa, id("cpa1")}, {C::TrnToCpa, id("cpa2")}});
-    row("pdn", &M::pdnInsert, &M::pdnGetHashInfo, &M::pdnGetListPsiimId,
-        {C::ShortName, C::PdnDelay, C::PdnM, C::PdnN, C::PdnK},
-        {{C::PdnSourceCpa, id("cpa1")}, {C::PdnProductCpa, id("cpa2")}});
-    row("deg", &M::degInsert, &M::degGetHashInfo, &M::degGetListPsiimId,
-        {C::ShortName, C::DegradationRate}, {{C::DegradationCpa, id("cpa1")}});
-    row("par", &M::parInsert, &M::parGetHashInfo, &M::parGetListPsiimId,
-        {C::ShortName, C::ParameterValue, C::Unit});
-    row("obs", &M::obsInsert, &M::obsGetHashInfo, &M::obsGetListPsiimId,
-        {C::ShortName, C::ObservableKind, C::ObservablePattern});
-    row("sed", &M::sedInsert, &M::sedGetHashInfo, &M::sedGetListPsiimId,
-        {C::ShortName, C::SeedAmount, C::Unit}, {{C::SeedCpa, id("cpa1")}});
-    row("cmp", &M::cmpInsert, &M::cmpGetHashInfo, &M::cmpGetListPsiimId,
-        {C::ShortName, C::CompartmentDimension, C::CompartmentSize, C::Unit},
-        {{C::CompartmentParent, id("outer")}});
-    row("utr", &M::utrInsert, &M::utrGetHashInfo, &M::utrGetListPsiimId,
-        {C::ShortName, C::SourceFile, C::SourceText, C::Reason}, {{C::SourceLine, id("12")}});
-}
-
-void tst_ZelDbRecords::everyKindKeepsEveryColumn()
-{
-    QFETCH(Insert, insert);
-    QFETCH(Read, read);
-    QFETCH(List, list);
-    QFETCH(QList<int>, columns);
-    QFETCH(ZelDbRecord, given);
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    QVERIFY(f.addReactions());
-    QVERIFY(f.model.cmpInsert({{C::PsiimId, QStringLiteral("outer")}}));
-    const QStringList others = (f.model.*list)();
-
-    ZelDbRecord record = given;
-    record.insert(C::PsiimId, QStringLiteral("z9"));
-    for (const int column : columns)
-        record.insert(column, QStringLiteral("text %1").arg(column));
-    QVERIFY2((f.model.*insert)(record), qPrintable(f.model.errorText()));
-    ZelDbRecord stored = (f.model.*read)(QStringLiteral("z9"));
-    QVERIFY(!stored.value(C::RowNumber).isEmpty());
-    // A record that was read can be written again as it is, under another id too.
-    QVERIFY2((f.model.*insert)(stored), qPrintable(f.model.errorText()));
-    stored.remove(C::RowNumber);
-    QCOMPARE(stored, record);
-    QCOMPARE((f.model.*list)(), others + QStringList{QStringLiteral("z9")});
-    QVERIFY((f.model.*read)(QStringLiteral("z8")).isEmpty());
-    QVERIFY((f.model.*read)(QString()).isEmpty());
-}
-
-void tst_ZelDbRecords::updatesLeaveAbsentColumnsAlone()
-{
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    const QString id = QStringLiteral("mcp1");
-    const QString row = f.model.mcpGetHashInfo(id).value(C::RowNumber);
-    QVERIFY2(f.model.mcpInsert({{C::PsiimId, id}, {C::Notes, QStringLiteral("new")}}),
-        qPrintable(f.model.errorText())); // without its owner
-    QCOMPARE(DbFixture::texts(f.model.mcpGetHashInfo(id),
-                 {C::RowNumber, C::OwnerPsiimId, C::ShortName, C::Notes, C::Name}),
-        (QStringList{row, QStringLiteral("mol1"), QStringLiteral("mcp1 name"),
-            QStringLiteral("new"), QString()}));
-    QVERIFY(f.model.mcpInsert({{C::PsiimId, id}, {C::Notes, QString()}}));
-    QCOMPARE(f.model.mcpGetHashInfo(id).value(C::Notes, QStringLiteral("-")), QString());
-    QVERIFY(f.model.mcpInsert({{C::PsiimId, id}}));
-    // What belongs to a record and what refers to it survives.
-    QVERIFY(
-        f.model.molInsert({{C::PsiimId, QStringLiteral("mol1")}, {C::Name, QStringLiteral("x")}}));
-    QCOMPARE(f.model.mcpGetOrderedStateNames(id).size(), 2);
-    QCOMPARE(f.model.cpxGetListMolPsiimId(QStringLiteral("cpx1")).size(), 2);
-}
-
-void tst_ZelDbRecords::hostileTextsComeBack_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("quotes") << QStringLiteral("x'); DROP TABLE mol; --\"`[%1%2?1:a");
-    QTest::newRow("zero character") << QStringLiteral("a") + QChar(0) + QStringLiteral("b");
-    QTest::newRow("beyond the basic plane")
-        << QString::fromUtf8("\xf0\x9f\xa7\xac \xce\xb1-\xce\xb2");
-    QTest::newRow("line ends") << QStringLiteral("\r\n\t\n ");
-    QTest::newRow("a million characters") << QString(1000000, QChar(0x3b1));
-    QTest::newRow("number") << QStringLiteral("1.10e+05");
-}
-
-void tst_ZelDbRecords::hostileTextsComeBack()
-{
-    QFETCH(QString, text);
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    QVERIFY2(f.model.molInsert({{C::PsiimId, text}, {C::ShortName, text}, {C::MolNumber15, text}}),
-        qPrintable(f.model.errorText()));
-    QVERIFY(f.model.mcpInsertState(QStringLiteral("mcp1"), text, text, 5));
-    QVERIFY(f.model.refInsert(QStringLiteral("mol"), text, text));
-    f.db.close();
-    QVERIFY(f.db.open(f.path));
-    const ZelDbRecord record = f.model.molGetHashInfo(text);
-    QCOMPARE(DbFixture::texts(record, {C::PsiimId, C::ShortName, C::MolNumber15}),
-        (QStringList{text, text, text}));
-    QCOMPARE(f.model.mcpGetStateNameFromIndex(QStringLiteral("mcp1"), 2), text);
-    QCOMPARE(f.model.refGetReferences(QStringLiteral("mol"), text), text);
-    QVERIFY(!ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), text, {}, &f.model));
-    QVERIFY2(f.model.molRemove(text), qPrintable(f.model.errorText()));
-    QVERIFY(f.model.molGetHashInfo(text).isEmpty());
-}
-
-void tst_ZelDbRecords::unusableRecordsAreRefused_data()
-{
-    QTest::addColumn<Insert>("insert");
-    QTest::addColumn<ZelDbRecord>("record");
-    QTest::addColumn<QString>("says");
-    const auto row = [](const char *name, Insert insert, int column, const char *value,
-                         const char *says) {
-        QTest::newRow(name) << insert
-                            << ZelDbRecord{{C::PsiimId, QStringLiteral("x")},
-                                   {column, QString::fromLatin1(value)}}
-                            << QString::fromLatin1(says);
-    };
-    using M = ZelDbSqliteModel;
-    row("no id", &M::molInsert, C::PsiimId, "", "without an id");
-    row("column of another kind", &M::molInsert, C::PdnDelay, "1", "does not have");
-    row("column that does not exist", &M::molInsert, 4711, "1", "does not have");
-    row("no number", &M::bstInsert, C::PosIndex, "one", "'one' is no value for its posIndex");
-    row("negative position", &M::caiInsert, C::MolPos1, "-1", "'-1' is no value");
-    row("no flag", qOverload<const ZelDbRecord &>(&M::cpaInsert), C::CpaShown, "yes", "'yes'");
-    row("unknown owner", &M::mcpInsert, C::OwnerPsiimId, "mol9",
-        "refers to molecule 'mol9', which does not exist; store that first.");
-    row("no owner", &M::mcpInsert, C::OwnerPsiimId, "", "NOT NULL");
-    row("unknown alias", &M::cadInsert, C::CadResultCpa2, "cpa9", "complex alias 'cpa9'");
-}
-
-void tst_ZelDbRecords::unusableRecordsAreRefused()
-{
-    QFETCH(Insert, insert);
-    QFETCH(ZelDbRecord, record);
-    QFETCH(QString, says);
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    const QStringList before = DbFixture::dump(f.path);
-    QVERIFY(!(f.model.*insert)(record));
-    QVERIFY2(f.model.errorText().contains(says), qPrintable(f.model.errorText()));
-    QCOMPARE(DbFixture::dump(f.path), before);
-}
-
-void tst_ZelDbRecords::referencesFollowTheirRecord()
-{
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    const QString state = f.model.mcpGetOrderedStates(QStringLiteral("mcp1")).first().psiimId;
-    const QString kind = QStringLiteral("mcpState");
-    QVERIFY(f.model.refInsert(kind, state, QStringLiteral("old")));
-    QVERIFY(f.model.refInsert(kind, state, QStringLiteral("paper")));
-    QCOMPARE(f.model.refGetReferences(kind, state), QStringLiteral("paper"));
-    QCOMPARE(f.model.refGetReferences(QStringLiteral("mol"), state), QString());
-    QVERIFY(!f.model.refInsert(kind, QStringLiteral("none"), QStringLiteral("paper")));
-    QVERIFY(!f.model.refInsert(QStringLiteral("idCounter"), state, QStringLiteral("paper")));
-    QVERIFY(f.model.mcpStateRemove(state));
-    QVERIFY(
-        f.model.mcpStateInsert({{C::PsiimId, state}, {C::OwnerPsiimId, QStringLiteral("mcp1")}}));
-    QCOMPARE(f.model.refGetReferences(kind, state), QString());
-    QVERIFY(f.model.refInsert(kind, state, QStringLiteral("again")));
-    QVERIFY(f.model.refInsert(kind, state, QString()));
-    QCOMPARE(f.model.refGetReferences(kind, state), QString());
-}
-
-void tst_ZelDbRecords::graphicsInfoIsFoundByWord()
-{
-    DbFixture f;
-    QVERIFY(f.model.molInsert(
-        {{C::PsiimId, QStringLiteral("same")}, {C::GraphicsInfo, QStringLiteral("<mol/>")}}));
-    QVERIFY(f.model.cpxInsert(
-        QStringLiteral("same"), {}, {}, {}, {}, {}, QStringLiteral("<cpx/>"), {}, {}));
-    const auto find = [&](const char *word, const char *id) {
-        return ZelDbSqlite::getGraphicsInfo(
-            QString::fromLatin1(word), QString::fromLatin1(id), &f.model);
-    };
-    QCOMPARE(find("mol", "same"), QStringLiteral("<mol/>"));
-    QCOMPARE(find("cpx", "same"), QStringLiteral("<cpx/>"));
-    QCOMPARE(find("cpx", "other"), QString());
-    QCOMPARE(find("trn", "same"), QString()); // keeps none
-    QCOMPARE(find("sqlite_master", "same"), QString());
-    QCOMPARE(ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), QStringLiteral("same"), nullptr),
-        QString());
-}
-
-void tst_ZelDbRecords::shortNamesAreUniquePerKind_data()
-{
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("except");
-    QTest::addColumn<bool>("unique");
-    const auto row = [](const char *word, const char *name, const char *except, bool unique) {
-        QTest::addRow("%s %s except '%s'", word, name, except)
-            << QString::fromLatin1(word) << QString::fromLatin1(name) << QString::fromLatin1(except)
-            << unique;
-    };
-    row("cpx", "A.B", "", false);
-    row("cpx", "A.B", "cpx1", true);
-    row("cpx", "A.B", "mol1", false);
-    row("cpx", "a.b", "", true);
-    row("mol", "A.B", "", true);
-    row("cpa", "alias2", "cpa1", false);
-    row("cpa", "alias4", "", true);
-    row("nonsense", "A", "", false);
-}
-
-void tst_ZelDbRecords::shortNamesAreUniquePerKind()
-{
-    QFETCH(QString, word);
-    QFETCH(QString, name);
-    QFETCH(QString, except);
-    QFETCH(bool, unique);
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    QVERIFY(f.addReactions());
-    QCOMPARE(ZelDbSqlite::isUniqueShortName(word, name, except, &f.model), unique);
-}
-
-void tst_ZelDbRecords::withoutDatabaseEverythingIsEmpty()
-{
-    ZelDbSqliteModel model(nullptr);
-    const QString id = QStringLiteral("mol1");
-    QVERIFY(model.molGetListPsiimId().isEmpty());
-    QVERIFY(model.molGetMultiHashMcpMcp(id).isEmpty());
-    QVERIFY(model.mcpGetOrderedStates(id).isEmpty());
-    QVERIFY(model.cpxGetArrayBstBst(id).isEmpty());
-    QVERIFY(!model.mliIsDefined(id, id));
-    QVERIFY(!model.cpaIsShowEnabled(id));
-    QVERIFY(!model.molRemoveRowsExcept(id, {}));
-    QVERIFY(!model.mcpRemove(id));
-    QVERIFY(!model.cpaInsert({}));
-    QVERIFY(!model.cpaUpdateMcpStateCode(id, id));
-    QVERIFY(!model.cpxInsert(id, id, id, id, id, id, id, id, id));
-    QVERIFY(!model.mcpInsertState(id, id, id, 0));
-    QVERIFY(!model.errorText().isEmpty());
-    QVERIFY(ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), id, {}, nullptr));
-    QVERIFY(ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), id, {}, &model));
-}
 
 ZEL_TEST(tst_ZelDbRecords)
 #include "tst_ZelDbRecords.moc"

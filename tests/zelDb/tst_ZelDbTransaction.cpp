@@ -2,21 +2,6 @@
 
 #include "support/ZelTest.h"
 
-class tst_ZelDbTransaction : public ZelTest
-{
-    Q_OBJECT
-private slots:
-    void uncommittedChangesAreTakenBack();
-    void failureInsideIsRememberedWhateverTheCallersAnswer_data();
-    void failureInsideIsRememberedWhateverTheCallersAnswer();
-    void nestedTransactionsEndOneByOne();
-    void abandonedPartFailsTheWhole();
-    void deliberateRollbackOfAPartKeepsTheRest();
-    void unfinishedPartFailsTheWhole();
-    void refusedBeginLetsNothingThrough();
-    void endedTransactionsStayEnded();
-};
-
 namespace {
 
 bool insertMol(DbFixture &f, const char *id)
@@ -26,178 +11,212 @@ bool insertMol(DbFixture &f, const char *id)
 
 } // namespace
 
-void tst_ZelDbTransaction::uncommittedChangesAreTakenBack()
+class tst_ZelDbTransaction : public ZelTest
 {
-    DbFixture f;
+    Q_OBJECT
+private slots:
+    void uncommittedChangesAreTakenBack()
     {
+        DbFixture f;
+        {
+            ZelDbTransaction transaction(&f.db);
+            QVERIFY(insertMol(f, "mol1"));
+            QVERIFY(f.db.isInTransaction());
+        }
+        QVERIFY(!f.db.isInTransaction());
+        QCOMPARE(f.model.molGetListPsiimId(), QStringList());
+    }
+
+    void failureInsideIsRememberedWhateverTheCallersAnswer_data()
+    {
+        rows<int>({"kind"},
+            {{"broken reference", {0}}, {"unusable input", {1}}, {"refused removal", {2}},
+                {"no such record", {3}}, {"inside an operation of several statements", {4}}});
+    }
+
+    void failureInsideIsRememberedWhateverTheCallersAnswer()
+    {
+        QFETCH(int, kind);
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        const QStringList before = DbFixture::dump(f.path);
         ZelDbTransaction transaction(&f.db);
-        QVERIFY(insertMol(f, "mol1"));
-        QVERIFY(f.db.isInTransaction());
+        QVERIFY(insertMol(f, "mol8"));
+        const QString id = QStringLiteral("mol1");
+        switch (kind) {
+        case 0:
+            QVERIFY(!f.model.cpxInsertMol(
+                QStringLiteral("cpx1"), QStringLiteral("none"), QStringLiteral("2")));
+            QVERIFY(f.model.errorText().contains(
+                QLatin1String("molecule 'none', which does not exist")));
+            break;
+        case 1:
+            QVERIFY(!f.model.molInsertMcpMcp(id, 1, 1));
+            break;
+        case 2:
+            QVERIFY(!f.model.molRemove(id));
+            break;
+        case 3:
+            QVERIFY(!f.model.cpaUpdateMcpStateCode(QStringLiteral("cpa9"), {}));
+            break;
+        case 4:
+            QVERIFY(!f.model.cpxInsert({}, {}, {}, {}, {}, {}, {}, {}, {}));
+            break;
+        }
+        const QString reason = f.db.errorText();
+        QVERIFY(insertMol(f, "mol9"));
+        QVERIFY(!transaction.commit());
+        QCOMPARE(f.db.errorText(), reason);
+        QCOMPARE(transaction.failures(), QStringList{reason});
+        QCOMPARE(DbFixture::dump(f.path), before);
     }
-    QVERIFY(!f.db.isInTransaction());
-    QCOMPARE(f.model.molGetListPsiimId(), QStringList());
-}
 
-void tst_ZelDbTransaction::failureInsideIsRememberedWhateverTheCallersAnswer_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::newRow("broken reference") << 0;
-    QTest::newRow("unusable input") << 1;
-    QTest::newRow("refused removal") << 2;
-    QTest::newRow("no such record") << 3;
-    QTest::newRow("inside an operation of several statements") << 4;
-}
-
-void tst_ZelDbTransaction::failureInsideIsRememberedWhateverTheCallersAnswer()
-{
-    QFETCH(int, kind);
-    DbFixture f;
-    QVERIFY(f.addComplex());
-    const QStringList before = DbFixture::dump(f.path);
-    ZelDbTransaction transaction(&f.db);
-    QVERIFY(insertMol(f, "mol8"));
-    const QString id = QStringLiteral("mol1");
-    switch (kind) {
-    case 0:
-        QVERIFY(!f.model.cpxInsertMol(
-            QStringLiteral("cpx1"), QStringLiteral("none"), QStringLiteral("2")));
-        QVERIFY(
-            f.model.errorText().contains(QLatin1String("molecule 'none', which does not exist")));
-        break;
-    case 1:
-        QVERIFY(!f.model.molInsertMcpMcp(id, 1, 1));
-        break;
-    case 2:
-        QVERIFY(!f.model.molRemove(id));
-        break;
-    case 3:
-        QVERIFY(!f.model.cpaUpdateMcpStateCode(QStringLiteral("cpa9"), {}));
-        break;
-    case 4:
-        QVERIFY(!f.model.cpxInsert({}, {}, {}, {}, {}, {}, {}, {}, {}));
-        break;
-    }
-    const QString reason = f.db.errorText();
-    QVERIFY(insertMol(f, "mol9"));
-    QVERIFY(!transaction.commit());
-    QCOMPARE(f.db.errorText(), reason);
-    QCOMPARE(transaction.failures(), QStringList{reason});
-    QCOMPARE(DbFixture::dump(f.path), before);
-}
-
-void tst_ZelDbTransaction::nestedTransactionsEndOneByOne()
-{
-    DbFixture f;
-    ZelDbTransaction outer(&f.db);
-    QVERIFY(insertMol(f, "mol1"));
+    void nestedTransactionsEndOneByOne()
     {
-        ZelDbTransaction inner(&f.db);
-        QVERIFY(insertMol(f, "mol2"));
-        ZelDbTransaction innermost(&f.db);
+        DbFixture f;
+        ZelDbTransaction outer(&f.db);
+        QVERIFY(insertMol(f, "mol1"));
+        {
+            ZelDbTransaction inner(&f.db);
+            QVERIFY(insertMol(f, "mol2"));
+            ZelDbTransaction innermost(&f.db);
+            QVERIFY(insertMol(f, "mol3"));
+            QVERIFY(innermost.commit());
+            QVERIFY(inner.commit());
+        }
+        ZelDbSqlite other;
+        QVERIFY(other.open(f.path));
+        QCOMPARE(ZelDbSqliteModel(&other).molGetListPsiimId(), QStringList());
+        other.close();
+        QVERIFY(outer.commit());
+        QCOMPARE(f.model.molGetListPsiimId().size(), 3);
+    }
+
+    void abandonedPartFailsTheWhole()
+    {
+        DbFixture f;
+        ZelDbTransaction outer(&f.db);
+        QVERIFY(insertMol(f, "mol1"));
+        {
+            ZelDbTransaction inner(&f.db);
+            QVERIFY(!insertMol(f, ""));
+            QVERIFY(!inner.commit());
+        }
+        {
+            ZelDbTransaction inner(&f.db);
+            QVERIFY(!insertMol(f, ""));
+        }
+        QCOMPARE(outer.failures().size(), 2);
+        QVERIFY(!outer.commit());
+        QCOMPARE(f.model.molGetListPsiimId(), QStringList());
+    }
+
+    void deliberateRollbackOfAPartKeepsTheRest()
+    {
+        DbFixture f;
+        ZelDbTransaction outer(&f.db);
+        QVERIFY(insertMol(f, "mol1"));
+        {
+            ZelDbTransaction inner(&f.db);
+            QVERIFY(insertMol(f, "mol2"));
+            QVERIFY(!insertMol(f, ""));
+            inner.rollback();
+            QCOMPARE(inner.failures().size(), 1);
+        }
         QVERIFY(insertMol(f, "mol3"));
-        QVERIFY(innermost.commit());
-        QVERIFY(inner.commit());
+        QVERIFY2(outer.commit(), qPrintable(f.db.errorText()));
+        QCOMPARE(f.model.molGetListPsiimId(),
+            (QStringList{QStringLiteral("mol1"), QStringLiteral("mol3")}));
     }
-    ZelDbSqlite other;
-    QVERIFY(other.open(f.path));
-    QCOMPARE(ZelDbSqliteModel(&other).molGetListPsiimId(), QStringList());
-    other.close();
-    QVERIFY(outer.commit());
-    QCOMPARE(f.model.molGetListPsiimId().size(), 3);
-}
 
-void tst_ZelDbTransaction::abandonedPartFailsTheWhole()
-{
-    DbFixture f;
-    ZelDbTransaction outer(&f.db);
-    QVERIFY(insertMol(f, "mol1"));
+    void unfinishedPartFailsTheWhole()
     {
+        DbFixture f;
+        ZelDbTransaction outer(&f.db);
         ZelDbTransaction inner(&f.db);
-        QVERIFY(!insertMol(f, ""));
-        QVERIFY(!inner.commit());
-    }
-    {
-        ZelDbTransaction inner(&f.db);
-        QVERIFY(!insertMol(f, ""));
-    }
-    QCOMPARE(outer.failures().size(), 2);
-    QVERIFY(!outer.commit());
-    QCOMPARE(f.model.molGetListPsiimId(), QStringList());
-}
-
-void tst_ZelDbTransaction::deliberateRollbackOfAPartKeepsTheRest()
-{
-    DbFixture f;
-    ZelDbTransaction outer(&f.db);
-    QVERIFY(insertMol(f, "mol1"));
-    {
-        ZelDbTransaction inner(&f.db);
-        QVERIFY(insertMol(f, "mol2"));
-        QVERIFY(!insertMol(f, ""));
-        inner.rollback();
-        QCOMPARE(inner.failures().size(), 1);
-    }
-    QVERIFY(insertMol(f, "mol3"));
-    QVERIFY2(outer.commit(), qPrintable(f.db.errorText()));
-    QCOMPARE(
-        f.model.molGetListPsiimId(), (QStringList{QStringLiteral("mol1"), QStringLiteral("mol3")}));
-}
-
-void tst_ZelDbTransaction::unfinishedPartFailsTheWhole()
-{
-    DbFixture f;
-    ZelDbTransaction outer(&f.db);
-    ZelDbTransaction inner(&f.db);
-    QVERIFY(insertMol(f, "mol1"));
-    QVERIFY(!outer.commit());
-    QVERIFY(!inner.commit());
-    QVERIFY(!f.db.isInTransaction());
-    QCOMPARE(f.model.molGetListPsiimId(), QStringList());
-}
-
-void tst_ZelDbTransaction::refusedBeginLetsNothingThrough()
-{
-    DbFixture f;
-    ZelDbSqlite other;
-    QVERIFY(other.open(f.path));
-    ZelDbSqliteModel otherModel(&other);
-    {
-        ZelDbTransaction holder(&f.db);
-        ZelDbTransaction refused(&other);
-        QVERIFY(!refused.isActive());
-        QCOMPARE(other.error(), ZelDbSqlite::Locked);
-        holder.rollback();
-        // The lock is gone, yet a write now would be half of a save.
-        QVERIFY(!otherModel.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
-        QVERIFY(!refused.commit());
-        QCOMPARE(other.error(), ZelDbSqlite::Locked);
-    }
-    QVERIFY(otherModel.molInsert({{C::PsiimId, QStringLiteral("mol2")}}));
-    QCOMPARE(f.model.molGetListPsiimId(), QStringList{QStringLiteral("mol2")});
-}
-
-void tst_ZelDbTransaction::endedTransactionsStayEnded()
-{
-    DbFixture f;
-    ZelDbTransaction none(nullptr);
-    QVERIFY(!none.isActive() && !none.commit());
-    ZelDbTransaction first(&f.db);
-    QVERIFY(first.commit());
-    {
-        ZelDbTransaction second(&f.db);
         QVERIFY(insertMol(f, "mol1"));
-        first.rollback(); // must not touch the second one
-        QVERIFY(!first.commit());
-        QVERIFY(second.commit());
+        QVERIFY(!outer.commit());
+        QVERIFY(!inner.commit());
+        QVERIFY(!f.db.isInTransaction());
+        QCOMPARE(f.model.molGetListPsiimId(), QStringList());
     }
-    QCOMPARE(f.model.molGetListPsiimId().size(), 1);
-    ZelDbTransaction stale(&f.db);
-    f.db.close();
-    QVERIFY(f.db.open(f.path));
-    ZelDbTransaction fresh(&f.db);
-    QVERIFY(!stale.isActive() && !stale.commit());
-    QVERIFY(fresh.commit());
-}
+
+    void refusedBeginLetsNothingThrough()
+    {
+        DbFixture f;
+        ZelDbSqlite other;
+        QVERIFY(other.open(f.path));
+        ZelDbSqliteModel otherModel(&other);
+        {
+            ZelDbTransaction holder(&f.db);
+            ZelDbTransaction refused(&other);
+            QVERIFY(!refused.isActive());
+            QCOMPARE(other.error(), ZelDbSqlite::Locked);
+            holder.rollback();
+            // The lock is gone, yet a write now would be half of a save.
+            QVERIFY(!otherModel.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
+            QVERIFY(!refused.commit());
+            QCOMPARE(other.error(), ZelDbSqlite::Locked);
+        }
+        QVERIFY(otherModel.molInsert({{C::PsiimId, QStringLiteral("mol2")}}));
+        QCOMPARE(f.model.molGetListPsiimId(), QStringList{QStringLiteral("mol2")});
+    }
+
+    void endedTransactionsStayEnded()
+    {
+        DbFixture f;
+        ZelDbTransaction none(nullptr);
+        QVERIFY(!none.isActive() && !none.commit());
+        ZelDbTransaction first(&f.db);
+        QVERIFY(first.commit());
+        {
+            ZelDbTransaction second(&f.db);
+            QVERIFY(insertMol(f, "mol1"));
+            first.rollback(); // must not touch the second one
+            QVERIFY(!first.commit());
+            QVERIFY(second.commit());
+        }
+        QCOMPARE(f.model.molGetListPsiimId().size(), 1);
+        ZelDbTransaction stale(&f.db);
+        f.db.close();
+        QVERIFY(f.db.open(f.path));
+        ZelDbTransaction fresh(&f.db);
+        QVERIFY(!stale.isActive() && !stale.commit());
+        QVERIFY(fresh.commit());
+    }
+
+    void contentStampTellsChanges()
+    {
+        DbFixture f;
+        QList<QByteArray> seen;
+        const auto isNew = [&f, &seen] {
+            const QByteArray stamp = f.db.contentStamp();
+            const bool known = stamp.isEmpty() || seen.contains(stamp);
+            seen.append(stamp);
+            return !known;
+        };
+        QVERIFY(isNew());
+        QCOMPARE(f.model.molGetListPsiimId(), QStringList());
+        QVERIFY2(!isNew(), "read");
+        {
+            ZelDbTransaction transaction(&f.db);
+            QVERIFY(insertMol(f, "mol1"));
+            QVERIFY2(isNew(), "written");
+        }
+        QVERIFY2(isNew(), "taken back");
+
+        ZelDbSqlite other;
+        QVERIFY(other.open(f.path));
+        QVERIFY(ZelDbSqliteModel(&other).molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
+        QVERIFY2(isNew(), "written by another connection");
+        QVERIFY2(!seen.contains(other.contentStamp()), "of another connection");
+
+        f.db.close();
+        QCOMPARE(f.db.contentStamp(), QByteArray());
+        QVERIFY(f.db.open(f.path));
+        QVERIFY2(isNew(), "opened again");
+    }
+};
 
 ZEL_TEST(tst_ZelDbTransaction)
 #include "tst_ZelDbTransaction.moc"

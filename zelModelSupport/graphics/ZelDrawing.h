@@ -82,6 +82,30 @@ inline constexpr int RectTextPointSize = 20;
 inline constexpr double RectTextShare = 0.9; ///< of the rectangle, that its text takes at most
 inline constexpr double RectTextRim = 2.5; ///< the light rim around the letters
 
+/// The line between two components of a molecule.
+inline QPen backbonePen()
+{
+    return QPen(Qt::DotLine);
+}
+
+/// A bond of a complex.
+inline QPen bondCpxPen()
+{
+    return QPen(BondCpxColor);
+}
+
+/// The strokes over a component that is negated.
+inline QPen notIndicatorPen()
+{
+    return {Qt::black, NotIndicatorPenWidth};
+}
+
+/// The rim of a feature's square before it has its colour and state.
+inline QPen stickyPen()
+{
+    return {StickyColor, StickyPenWidth};
+}
+
 /// A bond that is being drawn.
 inline QColor bondDrawingColor()
 {

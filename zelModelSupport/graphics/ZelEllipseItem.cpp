@@ -3,12 +3,12 @@
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/ZelItemPainting.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 
 #include <QBrush>
 #include <QGraphicsScene>
-#include <QPainter>
 #include <QPainterPath>
 #include <QPen>
 
@@ -189,17 +189,5 @@ QPainterPath ZelEllipseItem::shape() const
 
 void ZelEllipseItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
-    const QRectF outer = rect();
-    const double room = std::min(outer.width(), outer.height());
-    const double width = pen().style() == Qt::NoPen || pen().isCosmetic() ? 0.0 : pen().widthF();
-    if (width >= room && width > 0.0) {
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(pen().brush());
-        painter->drawEllipse(outer);
-        return;
-    }
-    const double inset = width / 2.0;
-    painter->setPen(pen());
-    painter->setBrush(brush());
-    painter->drawEllipse(outer.adjusted(inset, inset, -inset, -inset));
+    zel::painting::paintEllipse(painter, rect(), pen(), brush());
 }

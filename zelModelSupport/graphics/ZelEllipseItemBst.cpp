@@ -3,17 +3,15 @@
 #include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelGlow.h"
 #include "zelModelSupport/graphics/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/ZelItemPainting.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
-#include "zelShare/ZelShareGui.h"
 
 #include <QApplication>
 #include <QBrush>
 #include <QGraphicsBlurEffect>
 #include <QGraphicsTextItem>
-#include <QPainter>
 #include <QPalette>
 #include <QPen>
-#include <QStyleOptionGraphicsItem>
 #include <QTextDocument>
 
 #include <utility>
@@ -205,42 +203,12 @@ void ZelEllipseItemBst::paint(
 
 void ZelEllipseItemBst::paintLabel(QPainter *painter) const
 {
-    if (m_label.isEmpty())
-        return;
-    const double scale =
-        QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
-    if (rect().height() * scale < SiteLabelLeastDeviceHeight)
-        return;
-    painter->setFont(fittedFont());
-    painter->setPen(labelColor());
-    painter->drawText(rect(), Qt::AlignCenter | Qt::TextDontClip, m_label);
-}
-
-QFont ZelEllipseItemBst::fittedFont() const
-{
-    // One font object for all sites, so that its copies share what the toolkit looked up for it.
-    static const auto &base = *[] {
-        auto *const font = new QFont;
-        font->setPointSize(SiteLabelPointSize);
-        font->setStyleHint(QFont::TypeWriter, QFont::PreferDefault);
-        // Measured at one scale and drawn at another: digits must not snap to pixels.
-        font->setHintingPreference(QFont::PreferNoHinting);
-        return font;
-    }();
-    if (m_label.isEmpty())
-        return base;
-    QFont font = base;
-    // Whole sizes are coarse steps in a small site: fit a site many times as large.
-    const int size = ZelShareGui::getMaxiumFontSize(m_label,
-        rect().width() * SiteLabelWidthShare * SiteLabelEnlargement,
-        rect().height() * SiteLabelHeightShare * SiteLabelEnlargement, base);
-    font.setPointSizeF(size / SiteLabelEnlargement);
-    return font;
+    zel::painting::paintSiteLabel(painter, m_label, rect(), labelColor());
 }
 
 void ZelEllipseItemBst::placeLabelItem()
 {
-    m_labelItem->setFont(fittedFont());
+    m_labelItem->setFont(zel::painting::siteLabelFont(m_label, rect()));
     m_labelItem->setPlainText(m_label);
     m_labelItem->setDefaultTextColor(labelColor());
     m_labelItem->setPos(rect().center() - m_labelItem->boundingRect().center());

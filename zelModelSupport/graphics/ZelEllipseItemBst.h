@@ -51,7 +51,6 @@ private:
     class LabelPainter;
 
     void paintLabel(QPainter *painter) const;
-    QFont fittedFont() const;
     void placeLabelItem();
     QColor labelColor() const;
 

@@ -12,7 +12,6 @@
 #include <QDebug>
 #include <QGraphicsLineItem>
 #include <QGraphicsScene>
-#include <QPen>
 
 #include <algorithm>
 #include <utility>
@@ -203,9 +202,7 @@ void ZelEllipseItemMcp::setNotIndicatorVisible(bool visible)
             return;
         for (QGraphicsLineItem *&stroke : m_notIndicator) {
             stroke = new QGraphicsLineItem(this);
-            QPen pen;
-            pen.setWidthF(NotIndicatorPenWidth);
-            stroke->setPen(pen);
+            stroke->setPen(notIndicatorPen());
             stroke->setOpacity(NotIndicatorOpacity);
         }
         updateNotIndicator();

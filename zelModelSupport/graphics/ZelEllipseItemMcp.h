@@ -25,6 +25,8 @@ public:
     /// The component items at the other ends of the lines, each once.
     QList<ZelEllipseItemMcp *> getListNeighborZelEllipseItemMcp() const;
     QList<ZelRectItemMcpSticky *> getListSticky() const { return m_stickies; }
+    /// The same without a copy: valid until the stickies change.
+    const QList<ZelRectItemMcpSticky *> &stickies() const { return m_stickies; }
     /// The first sticky of that name; null when there is none.
     ZelRectItemMcpSticky *getSticky(const QString &name) const;
     /// Null when the index is out of range.

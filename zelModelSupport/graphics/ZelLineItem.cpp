@@ -1,12 +1,10 @@
 #include "zelModelSupport/graphics/ZelLineItem.h"
 
 #include "zelModelSupport/graphics/ZelHighlightItem.h"
+#include "zelModelSupport/graphics/ZelItemPainting.h"
 
 #include <QLineF>
 #include <QPen>
-
-#include <algorithm>
-#include <numbers>
 
 ZelLineItem::ZelLineItem(QGraphicsItem *parentItem) : QGraphicsLineItem(parentItem) { }
 
@@ -22,9 +20,7 @@ int ZelLineItem::type() const
 
 QRectF ZelLineItem::boundingRect() const
 {
-    // Square caps reach out by the half width along both axes of a slanted line.
-    const double reach = std::max(pen().widthF(), 1.0) / std::numbers::sqrt2 + 0.5;
-    return QRectF(line().p1(), line().p2()).normalized().adjusted(-reach, -reach, reach, reach);
+    return zel::painting::lineBounds(line(), pen());
 }
 
 ZelLineItem *ZelLineItem::asLineItem()

@@ -3,6 +3,9 @@
 #include "zelModelSupport/graphics/ZelLineItem.h"
 
 #include <QList>
+#include <QPointer>
+
+#include <array>
 
 class SdcBstBst;
 
@@ -29,7 +32,22 @@ public:
     virtual void setHighlight(bool status, bool extendable);
 
     SdcBstBst *getSdcBstBst();
+    /// From now on the line itself follows its ends: the bond is losing a site.
+    void keepEnds();
+    /// Lays the line anew after one of its ends has got or lost its item; without an item at each
+    /// end it hides.
+    void updateEnds();
 
     ZelLineItemBstBst *asLineItemBstBst() override;
     bool isLineItemBstBst() override;
+
+private:
+    void follow(ZelEllipseItem *item);
+    bool isWhole();
+    void lay(ZelEllipseItemBst *first, ZelEllipseItemBst *second);
+
+    std::array<QPointer<ZelEllipseItemBst>, 2> m_ends; // where it was laid last
+    bool m_laid = false;
+    bool m_keepsEnds = false;
+    bool m_hidden = false; // for want of an end
 };

@@ -10,7 +10,7 @@
 ZelLineItemBstBstCpx::ZelLineItemBstBstCpx(bool createSdc, ZelDbSqliteModel *zelDbSqliteModel)
 {
     setZValue(zel::drawing::z::BondCpx);
-    setPen(QPen(zel::drawing::BondCpxColor));
+    setPen(zel::drawing::bondCpxPen());
     if (!createSdc)
         return;
     if (!zelDbSqliteModel) {

@@ -4,13 +4,11 @@
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelItemGeometry.h"
 
-#include <QPen>
-
 #include <utility>
 
 ZelLineItemMcpMcp::ZelLineItemMcpMcp()
 {
-    setPen(QPen(Qt::DotLine));
+    setPen(zel::drawing::backbonePen());
     setZValue(zel::drawing::z::Backbone);
     setFlag(ItemStacksBehindParent);
 }

@@ -3,13 +3,11 @@
 #include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/ZelItemPainting.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 
 #include <QGraphicsPolygonItem>
-#include <QPainter>
-
-#include <algorithm>
 
 #include <utility>
 
@@ -21,9 +19,7 @@ ZelRectItemMcpSticky::ZelRectItemMcpSticky(ZelDbSqliteModel *zelDbSqliteModel)
       m_inactivePen(Qt::lightGray, 1.0, Qt::DotLine)
 {
     m_sdcMcpTag->setZelRectItemMcpSticky(this);
-    QPen rim = pen();
-    rim.setWidthF(StickyPenWidth);
-    setPen(rim);
+    setPen(stickyPen());
     setColor(StickyColor, true);
     setStateType(ComponentStateOn, true);
 }
@@ -100,24 +96,8 @@ void ZelRectItemMcpSticky::setStateType(int stateType, bool half)
     m_stateType = stateType;
     QPen rim = m_active ? pen() : m_savedPen;
     QBrush filling = m_active ? brush() : m_savedBrush;
-    filling.setStyle(Qt::SolidPattern);
-    switch (stateType) {
-    case ComponentStateOn:
-        rim.setStyle(Qt::SolidLine);
-        filling.setColor(rim.color());
-        break;
-    case ComponentStateOff:
-        rim.setStyle(Qt::SolidLine);
-        filling.setColor(Qt::white);
-        break;
-    case ComponentStateDontCare:
-        rim.setStyle(Qt::DotLine);
-        filling.setColor(Qt::white);
-        break;
-    default:
-        break;
-    }
-    setOpacity(stateType == ComponentStateDontCare ? StickyDontCareOpacity : 1.0);
+    zel::painting::setStickyState(stateType, &rim, &filling);
+    setOpacity(zel::painting::stickyOpacity(stateType));
     setLook(rim, filling);
     if (!half) {
         delete std::exchange(m_halfNofillItem, nullptr);
@@ -154,16 +134,7 @@ void ZelRectItemMcpSticky::updateHalfNofillItem()
 
 void ZelRectItemMcpSticky::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
-    // Inside the square, so that neighbours keep their gap; finer where the square is small, so
-    // that its filling is seen.
-    const double side = std::min(rect().width(), rect().height());
-    QPen rim = pen();
-    rim.setJoinStyle(Qt::MiterJoin);
-    rim.setWidthF(std::min(rim.widthF(), side * StickyPenShare));
-    const double inset = rim.style() == Qt::NoPen ? 0.0 : rim.widthF() / 2.0;
-    painter->setPen(rim);
-    painter->setBrush(brush());
-    painter->drawRect(rect().adjusted(inset, inset, -inset, -inset));
+    zel::painting::paintSticky(painter, rect(), pen(), brush());
 }
 
 ZelRectItemMcpSticky *ZelRectItemMcpSticky::asRectItemMcpSticky()

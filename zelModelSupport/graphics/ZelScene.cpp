@@ -40,7 +40,11 @@ ZelScene::ZelScene(QObject *parent)
     connect(m_showRelatedMliAction, &QAction::triggered, this, &ZelScene::slot_showRelatedMli);
 }
 
-ZelScene::~ZelScene() = default;
+ZelScene::~ZelScene()
+{
+    if (m_dragging)
+        setMoveScene(false); // the release will find no scene
+}
 
 void ZelScene::setSdc(Sdc *sdc)
 {
@@ -216,9 +220,17 @@ ZelEllipseItemMcp *ZelScene::getCenterZelEllipseMcp(ZelEllipseItem *item) const
 
 void ZelScene::setMoveScene(bool on)
 {
+    // Meanwhile the view may have got another scene, or the scene another view.
+    static QPointer<QGraphicsView> scrolled;
+    if (scrolled)
+        scrolled->setDragMode(QGraphicsView::NoDrag);
+    scrolled.clear();
     const QList<QGraphicsView *> list = views();
-    if (list.size() == 1)
-        list.first()->setDragMode(on ? QGraphicsView::ScrollHandDrag : QGraphicsView::NoDrag);
+    if (list.size() != 1)
+        return;
+    list.first()->setDragMode(on ? QGraphicsView::ScrollHandDrag : QGraphicsView::NoDrag);
+    if (on)
+        scrolled = list.first();
 }
 
 void ZelScene::beginChange()

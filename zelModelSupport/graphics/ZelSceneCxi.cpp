@@ -182,6 +182,7 @@ SdcBstBst *ZelSceneCxi::addBond(SdcBst *first, SdcBst *second)
     bond->setSdcCpx2(second->getParentSdcCpx());
     addBondLine(bond, new ZelLineItemBstBstCxi(false, nullptr));
     cxi->addSdcBstBstCxi(bond);
+    connect(bond, &Sdc::propertyChanged, this, &ZelSceneCxi::updateResultTitle);
     if (!m_loading)
         bond->updatePropertiesFromDb();
     m_currentBond = bond;
@@ -209,6 +210,11 @@ void ZelSceneCxi::setCurrentBond(SdcBstBstCxi *bond)
 SdcCpx *ZelSceneCxi::getResultSdcCpx() const
 {
     return m_result ? m_result->getSdcCpx() : nullptr;
+}
+
+QString ZelSceneCxi::getResultTitle() const
+{
+    return m_result ? m_result->getTitle() : QString();
 }
 
 QRectF ZelSceneCxi::getResultRect() const
@@ -252,11 +258,22 @@ void ZelSceneCxi::updateResult()
             addItem(m_result);
         }
         m_result->show(state);
-        m_result->setTitle(resultTitle(m_currentBond));
-        m_currentBond->setSdcCpxResult(m_result->getSdcCpx());
+        for (SdcBstBstCxi *bond : std::as_const(bonds)) {
+            if (bond == m_currentBond)
+                bond->setSdcCpxResult(m_result->getSdcCpx());
+            else if (bond->getSdcCpxResult() == m_result->getSdcCpx())
+                bond->setSdcCpxResult(nullptr); // which shows another one now
+        }
+        updateResultTitle();
         placeResult();
     }
     m_updatingResult = false;
+}
+
+void ZelSceneCxi::updateResultTitle()
+{
+    if (m_result && m_currentBond)
+        m_result->setTitle(resultTitle(m_currentBond));
 }
 
 void ZelSceneCxi::placeResult()

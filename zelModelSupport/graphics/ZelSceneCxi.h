@@ -45,6 +45,8 @@ public:
     void setCurrentBond(SdcBstBstCxi *bond);
     /// The result as it is drawn, a complex of the scene's; null when there is none.
     SdcCpx *getResultSdcCpx() const;
+    /// "Result", with the name of the stored complex that it is known to be.
+    QString getResultTitle() const;
     /// Where the result is drawn; null when there is none.
     QRectF getResultRect() const;
 
@@ -54,6 +56,7 @@ protected:
 
 private:
     void updateResult();
+    void updateResultTitle();
     void placeResult();
     QString resultTitle(SdcBstBstCxi *bond) const;
 

@@ -26,6 +26,7 @@ public:
     /// Shows what a state of an interaction comes to when its bonds are made. False when it cannot
     /// be drawn.
     bool show(const ZelSceneState &state);
+    QString getTitle() const { return m_title; }
     void setTitle(const QString &title);
 
     QRectF boundingRect() const override;

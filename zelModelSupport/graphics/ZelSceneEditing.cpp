@@ -1,14 +1,9 @@
 #include "zelModelSupport/graphics/ZelSceneEditing.h"
 
-#include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
-#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelSceneBondDrawing.h"
-#include "zelModelSupport/support/zgs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
@@ -20,20 +15,7 @@
 #include <QKeyEvent>
 #include <QToolTip>
 
-#include <utility>
-
 namespace {
-
-QRectF jointRect(const QList<SdcMcp *> &components)
-{
-    QRectF rect;
-    for (SdcMcp *mcp : components) {
-        rect |= mcp->getSdcSceneRectF();
-        for (SdcBst *bst : mcp->getListSdcBst())
-            rect |= bst->getSdcSceneRectF();
-    }
-    return rect;
-}
 
 SdcBst *siteOf(ZelGItem *item)
 {
@@ -72,23 +54,6 @@ bool ZelSceneEditing::isDrawingBond() const
 QLineF ZelSceneEditing::getProvisionalLine() const
 {
     return m_bondDrawing->getLine();
-}
-
-Sdc *ZelSceneEditing::getSelectedSdc() const
-{
-    return m_selected;
-}
-
-void ZelSceneEditing::setSelectedSdc(Sdc *sdc)
-{
-    if (sdc == m_selected)
-        return;
-    if (m_selected)
-        m_selected->setHighlight(false, true);
-    m_selected = sdc;
-    if (sdc)
-        sdc->setHighlight(true, true);
-    emit signal_selectionChanged(sdc);
 }
 
 QString ZelSceneEditing::getBondRefusal(SdcBst *first, SdcBst *second)
@@ -162,162 +127,6 @@ void ZelSceneEditing::removeBond(SdcBstBst *bond)
     contentsChanged();
 }
 
-Sdc *ZelSceneEditing::getUnit(Sdc *sdc)
-{
-    return sdc ? sdc->getParentSdcMol() : nullptr;
-}
-
-QList<Sdc *> ZelSceneEditing::getListConnectedUnits(Sdc *unit)
-{
-    QList<Sdc *> units;
-    if (unit)
-        units.append(unit);
-    for (qsizetype i = 0; i < units.size(); ++i) {
-        const QList<SdcBst *> sites = units.at(i)->getListSdcBst();
-        for (SdcBst *site : sites) {
-            for (SdcBstBst *bond : site->getListSdcBstBst()) {
-                Sdc *const other = getUnit(bond->getPartnerSdcBst(site));
-                if (other && !units.contains(other))
-                    units.append(other);
-            }
-        }
-    }
-    return units;
-}
-
-bool ZelSceneEditing::turn(
-    Sdc *unit, bool connected, const std::function<bool(const QList<SdcMcp *> &)> &act)
-{
-    QList<SdcMcp *> components;
-    const QList<Sdc *> units = connected ? getListConnectedUnits(unit) : QList<Sdc *>{unit};
-    for (Sdc *member : units) {
-        if (member)
-            components += member->getListSdcMcp();
-    }
-    const QPointer<ZelSceneEditing> self = this;
-    if (!act(components))
-        return false;
-    if (self)
-        emit signal_changed();
-    return true;
-}
-
-bool ZelSceneEditing::rotateUnit(Sdc *unit, double angle, bool connected)
-{
-    return turn(unit, connected, [angle](const QList<SdcMcp *> &components) {
-        return zgs::rotate(components, angle, true);
-    });
-}
-
-bool ZelSceneEditing::flipUnit(Sdc *unit, bool connected)
-{
-    return turn(unit, connected,
-        [](const QList<SdcMcp *> &components) { return zgs::flipY(components, true); });
-}
-
-void ZelSceneEditing::removeUnit(Sdc *unit)
-{
-    if (!unit)
-        return;
-    const QPointer<ZelSceneEditing> self = this;
-    {
-        const Change change(this);
-        destroyUnit(unit);
-    }
-    if (self)
-        contentsChanged();
-}
-
-void ZelSceneEditing::removeSdcMol(SdcMol *sdcMol)
-{
-    removeUnit(sdcMol);
-}
-
-void ZelSceneEditing::removeContents()
-{
-    Sdc *const sdc = getSdc();
-    if (!sdc || sdc->isEmpty())
-        return;
-    const QPointer<ZelSceneEditing> self = this;
-    {
-        const Change change(this);
-        QList<QPointer<Sdc>> children;
-        for (Sdc *child : sdc->getListSdcChildren())
-            children.append(child);
-        for (const QPointer<Sdc> &child : std::as_const(children))
-            destroyUnit(child);
-    }
-    if (self)
-        contentsChanged();
-}
-
-// Receivers of the removals may be faster.
-void ZelSceneEditing::destroyUnit(Sdc *unit)
-{
-    if (!unit)
-        return;
-    resetPressState();
-    const QPointer<Sdc> target = unit;
-    QList<QPointer<SdcMcp>> components;
-    for (SdcMcp *mcp : unit->getListSdcMcp())
-        components.append(mcp);
-    for (const QPointer<SdcMcp> &mcp : std::as_const(components))
-        removeSdcMcp(mcp);
-    if (Sdc *parentSdc = target ? target->getParentSdc() : nullptr)
-        parentSdc->removeSdcChild(target);
-    delete target.data();
-}
-
-SdcMol *ZelSceneEditing::addMolFromDb(const QString &psiimId, const QPointF &scenePos)
-{
-    const QString reason = getRecordRefusal(QStringLiteral("mol"), psiimId);
-    if (!reason.isEmpty()) {
-        refuseRecord(reason);
-        return nullptr;
-    }
-    const QPointer<ZelSceneEditing> self = this;
-    QPointer<SdcMol> mol;
-    {
-        const Change change(this);
-        mol = new SdcMol(getZelDbSqliteModel());
-        mol->loadFromDb(psiimId, this);
-        settleExclusiveFeatures(mol);
-        placeAt(mol->getListSdcMcp(), scenePos);
-        if (Sdc *parentSdc = mol ? getMolParent() : nullptr)
-            parentSdc->addSdcChild(mol, true);
-        if (mol) {
-            for (SdcBst *site : mol->getListSdcBst())
-                site->updateDisplayBstBindingStatus();
-        }
-    }
-    if (self)
-        contentsChanged();
-    return mol;
-}
-
-bool ZelSceneEditing::addRecordFromDb(
-    const QString &tag, const QString &psiimId, const QPointF &scenePos)
-{
-    if (tag == QLatin1String("mol"))
-        return addMolFromDb(psiimId, scenePos);
-    refuseRecord(getRecordRefusal(tag, psiimId));
-    return false;
-}
-
-QString ZelSceneEditing::getRecordRefusal(const QString &tag, const QString &psiimId)
-{
-    if (isReadOnly())
-        return tr("This drawing cannot be changed.");
-    if (tag != QLatin1String("mol"))
-        return tr("Only molecules can be added here.");
-    ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    if (!db)
-        return tr("There is no model to take a molecule from. Open a model first.");
-    if (db->molGetHashInfo(psiimId).isEmpty())
-        return tr("The model has no molecule \"%1\".").arg(psiimId);
-    return {};
-}
-
 bool ZelSceneEditing::toMove() const
 {
     ZelGItem *const pressed = getPressedItem();
@@ -327,20 +136,6 @@ bool ZelSceneEditing::toMove() const
 bool ZelSceneEditing::allowToChangeRelativePos() const
 {
     return m_pressModifiers.testFlag(Qt::AltModifier) && isSite(getPressedItem());
-}
-
-QList<SdcMcp *> ZelSceneEditing::getListSdcMcpToMove(Sdc *sdc)
-{
-    Sdc *const unit = getUnit(sdc);
-    if (!unit)
-        return ZelScene::getListSdcMcpToMove(sdc);
-    if (!m_pressModifiers.testFlag(Qt::ControlModifier))
-        return unit->getListSdcMcp();
-    QList<SdcMcp *> components;
-    const QList<Sdc *> units = getListConnectedUnits(unit);
-    for (Sdc *member : units)
-        components += member->getListSdcMcp();
-    return components;
 }
 
 void ZelSceneEditing::itemPressed(ZelGItem *)
@@ -519,69 +314,6 @@ void ZelSceneEditing::showAtMouse(const QString &text, const QPointF &scenePos)
             QToolTip::showText(at, text, view->viewport());
         return;
     }
-}
-
-// A line is thin: it is enough to come near it.
-SdcBstBst *ZelSceneEditing::getBondNear(const QPointF &scenePos) const
-{
-    const double reach = zel::drawing::BondClickReach;
-    const QRectF around(scenePos - QPointF(reach, reach), QSizeF(2.0 * reach, 2.0 * reach));
-    const QList<QGraphicsItem *> near = items(around, Qt::IntersectsItemBoundingRect);
-    SdcBstBst *nearest = nullptr;
-    double least = reach;
-    for (QGraphicsItem *item : near) {
-        ZelLineItem *const line = ZelGItem::toZelLineItem(item);
-        ZelLineItemBstBst *const bondLine = line ? line->asLineItemBstBst() : nullptr;
-        if (!bondLine || !bondLine->getSdcBstBst())
-            continue;
-        const QLineF drawn(bondLine->mapToScene(bondLine->line().p1()),
-            bondLine->mapToScene(bondLine->line().p2()));
-        const double distance = zel::geometry::distanceToLine(scenePos, drawn);
-        if (distance <= least) {
-            least = distance;
-            nearest = bondLine->getSdcBstBst();
-        }
-    }
-    return nearest;
-}
-
-void ZelSceneEditing::itemClicked(ZelGItem *item)
-{
-    if (ZelLineItemBstBst *line = item ? item->asLineItemBstBst() : nullptr) {
-        setSelectedSdc(line->getSdcBstBst());
-        return;
-    }
-    ZelRectItemMcpSticky *const sticky = item ? item->asRectItemMcpSticky() : nullptr;
-    if (sticky)
-        setSelectedSdc(getUnit(sticky->getSdcMcp()));
-    else
-        setSelectedSdc(getUnit(item ? item->getSdc() : nullptr));
-}
-
-void ZelSceneEditing::spaceClicked()
-{
-    setSelectedSdc(getBondNear(m_pressScenePos));
-}
-
-// The nearest place is looked for on rings about the wanted one.
-void ZelSceneEditing::placeAt(const QList<SdcMcp *> &components, const QPointF &scenePos)
-{
-    const QRectF rect = jointRect(components);
-    if (rect.isNull())
-        return;
-    QList<QRectF> taken;
-    const QList<QGraphicsItem *> all = items();
-    for (QGraphicsItem *item : all) {
-        ZelEllipseItem *const ellipse = ZelGItem::toZelEllipseItem(item);
-        ZelEllipseItemMcp *const centre = getCenterZelEllipseMcp(ellipse);
-        if (ellipse && !(centre && components.contains(centre->getSdcMcp())))
-            taken.append(ellipse->mapRectToScene(ellipse->rect()));
-    }
-    QRectF wanted = rect;
-    wanted.moveCenter(scenePos);
-    const QRectF place = zel::geometry::freePlace(
-        wanted, taken, zel::drawing::PlacingGap, zel::drawing::PlacingStep);
-    moveListSdcMcps(components, place.center() - rect.center());
 }
 
 QString ZelSceneEditing::getSiteName(SdcBst *site)

@@ -131,15 +131,19 @@ private:
     friend class ZelSceneState;
     using Actions = std::vector<std::unique_ptr<QAction>>;
 
-    // Bonds
     void refuseBond(const QString &reason);
-    void destroyUnit(Sdc *unit);
     void showAtMouse(const QString &text, const QPointF &scenePos);
-    SdcBstBst *getBondNear(const QPointF &scenePos) const;
 
-    // Menus
+    // Selection
+    SdcBstBst *getBondNear(const QPointF &scenePos) const;
     void itemClicked(ZelGItem *item);
     void spaceClicked();
+
+    // Units
+    bool turn(Sdc *unit, bool connected, const std::function<bool(const QList<SdcMcp *> &)> &act);
+    void destroyUnit(Sdc *unit);
+
+    // Menus
     void applyStickyState(ZelRectItemMcpSticky *sticky, int state);
     void applyNegation(SdcMcp *mcp, bool negated);
     void applyBindingStatus(SdcBst *bst, BindingStatusType status);
@@ -149,7 +153,6 @@ private:
     Actions createUnitActions(Sdc *unit);
     template <typename Act>
     void addAction(Actions *actions, const QString &text, Act act);
-    bool turn(Sdc *unit, bool connected, const std::function<bool(const QList<SdcMcp *> &)> &act);
 
     std::unique_ptr<ZelSceneBondDrawing> m_bondDrawing;
     QPointer<Sdc> m_selected;

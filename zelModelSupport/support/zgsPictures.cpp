@@ -4,6 +4,7 @@
 #include "zelModelSupport/graphics/ZelSceneMli.h"
 #include "zelModelSupport/graphics/ZelSceneSideWindow.h"
 #include "zelModelSupport/support/zgs.h"
+#include "zelModelSupport/support/zgsSpeciesDrawing.h"
 #include "zelShare/ZelShare.h"
 
 #include <QApplication>
@@ -13,14 +14,18 @@
 #include <QSvgRenderer>
 
 #include <algorithm>
-#include <functional>
+#include <array>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
 namespace {
 
 using Cache = QHash<QString, QPixmap>;
+using RecordReader = ZelDbRecord (ZelDbSqliteModel::*)(const QString &) const;
+
+constexpr QLatin1String ProductionIcon(":/zelModelSupport/images/Production_Icon.svg");
 
 constexpr int MaxSide = 4000; // of one species; beyond, a picture takes memory without use
 constexpr double MarginShare = 0.1; // of the drawing, around it
@@ -49,7 +54,7 @@ QPixmap transparentCanvas(const QSize &size)
     return canvas;
 }
 
-/// The part of the scene that fills a picture of that ratio of width to height.
+/// The part of a drawing that fills a picture of that ratio of width to height.
 QRectF pictureSource(const QRectF &bounds, double ratio)
 {
     QRectF source =
@@ -90,112 +95,144 @@ std::unique_ptr<ZelScene> loadScene(const QString &psiimId, int kind, ZelDbSqlit
     return scene;
 }
 
-/// A reaction's picture: what stands in it from left to right.
+/// What stands in a reaction's picture.
+struct Part
+{
+    enum What { None, Species, SpeciesOrNothing, Plus, Arrow, Nothing, ProductionSymbol };
+
+    What what = None;
+    int column = -1; ///< of the record, with the species' alias
+};
+
+/// What the picture of one kind of reaction is made of.
+struct ReactionKind
+{
+    RecordReader read;
+    std::array<Part, 5> parts; ///< from left to right
+    const char *function; ///< that reports what it cannot draw
+    bool namesId = false; ///< in such a report
+    bool isPlain = false; ///< signs come in the painter's own font and are not smoothed
+};
+
+constexpr ReactionKind association{&ZelDbSqliteModel::caiGetHashInfo,
+    {{{Part::Species, ZelDbColumn::CaiCpa1}, {Part::Plus}, {Part::Species, ZelDbColumn::CaiCpa2},
+        {Part::Arrow}, {Part::Species, ZelDbColumn::CaiResultCpa}}},
+    "QPixmap zgs::getPixMapForAssociation(const QString & psiimId, "
+    "const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)"};
+
+constexpr ReactionKind dissociation{&ZelDbSqliteModel::cadGetHashInfo,
+    {{{Part::Species, ZelDbColumn::CadSourceCpa}, {Part::Arrow},
+        {Part::Species, ZelDbColumn::CadResultCpa1}, {Part::Plus},
+        {Part::Species, ZelDbColumn::CadResultCpa2}}},
+    "QPixmap zgs::getPixMapForDissociation(const QString & psiimId, "
+    "const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)"};
+
+constexpr ReactionKind transformation{&ZelDbSqliteModel::trnGetHashInfo,
+    {{{Part::Species, ZelDbColumn::TrnFromCpa}, {Part::Arrow},
+        {Part::Species, ZelDbColumn::TrnToCpa}}},
+    "QPixmap zgs::getPixMapForTransformation(const QString & psiimId, "
+    "const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)"};
+
+constexpr ReactionKind production{&ZelDbSqliteModel::pdnGetHashInfo,
+    {{{Part::SpeciesOrNothing, ZelDbColumn::PdnSourceCpa}, {Part::ProductionSymbol},
+        {Part::Species, ZelDbColumn::PdnProductCpa}}},
+    "QPixmap QPixmap zgs::getPixMapForProduction(const QString & "
+    "psiimId, const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel, "
+    "QHash<QString, QPixmap> * psiim2Pixmap) ",
+    true, true};
+
+constexpr ReactionKind degradation{&ZelDbSqliteModel::degGetHashInfo,
+    {{{Part::Species, ZelDbColumn::DegradationCpa}, {Part::Arrow}, {Part::Nothing}}},
+    "QPixmap zgs::getPixMapForDegradation(const QString & psiimId, "
+    "const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)"};
+
+/// The production symbol's size in a picture of that height.
+QSize symbolSize(int pictureHeight)
+{
+    static const QSize drawn = QSvgRenderer(ProductionIcon).defaultSize();
+    const int height = static_cast<int>(pictureHeight * SymbolShare);
+    const int width = drawn.isEmpty()
+        ? height
+        : static_cast<int>(double(height) * drawn.width() / drawn.height());
+    return {width, height};
+}
+
+/// One picture of a reaction.
 class ReactionPicture
 {
 public:
-    ReactionPicture(
-        const QString &psiimId, const QSize &complexSize, ZelDbSqliteModel *db, Cache *cache)
-        : m_psiimId(psiimId), m_complexSize(complexSize),
-          m_operatorWidth(zgs::getOperatorWidth(complexSize)), m_db(db),
+    ReactionPicture(const QSize &complexSize, ZelDbSqliteModel *db, Cache *cache)
+        : m_complexSize(complexSize), m_operatorWidth(zgs::getOperatorWidth(complexSize)), m_db(db),
           m_cache(cache ? cache : &m_ownCache)
     {
+    }
+
+    QPixmap make(const ReactionKind &kind, const QString &psiimId)
+    {
+        const ZelDbRecord record =
+            m_db && isUsable(m_complexSize) ? (m_db->*kind.read)(psiimId) : ZelDbRecord();
+        if (!record.isEmpty())
+            arrange(kind, record);
+        if (record.isEmpty() || !m_isComplete)
+            report(kind, psiimId);
+        return m_hasSpecies ? draw(kind, psiimId + m_key) : QPixmap();
+    }
+
+private:
+    struct Place
+    {
+        Part::What what;
+        QRect rect;
+        QPixmap species;
+    };
+
+    static void report(const ReactionKind &kind, const QString &psiimId)
+    {
+        QDebug line = qDebug() << "Error found at" << kind.function;
+        if (kind.namesId)
+            line << "pdnPsiimId: " << psiimId;
+    }
+
+    void arrange(const ReactionKind &kind, const ZelDbRecord &record)
+    {
+        for (const Part &part : kind.parts) {
+            const QString alias = record.value(part.column);
+            switch (part.what) {
+            case Part::None:
+                break;
+            case Part::SpeciesOrNothing:
+                if (alias.isEmpty()) { // made from nothing that the model knows
+                    addPlace(Part::Nothing, m_complexSize.width());
+                    break;
+                }
+                [[fallthrough]];
+            case Part::Species:
+                addSpecies(alias);
+                break;
+            case Part::ProductionSymbol:
+                addPlace(part.what,
+                    static_cast<int>(SymbolSpace * symbolSize(m_complexSize.height()).width()));
+                break;
+            default:
+                addPlace(part.what, m_operatorWidth);
+                break;
+            }
+        }
+    }
+
+    void addPlace(Part::What what, int width, const QPixmap &species = {})
+    {
+        m_places.push_back({what, QRect(m_width, 0, width, m_complexSize.height()), species});
+        m_width += width;
     }
 
     void addSpecies(const QString &cpaPsiimId)
     {
         const QPixmap picture = speciesPicture(cpaPsiimId);
         m_hasSpecies = m_hasSpecies || !picture.isNull();
-        m_complete = m_complete && !picture.isNull();
+        m_isComplete = m_isComplete && !picture.isNull();
         m_key += u';' + QString::number(picture.cacheKey());
-        add(m_complexSize.width(),
-            [picture](QPainter *painter, int x) { painter->drawPixmap(x, 0, picture); });
-    }
-
-    void addSign(ZelShare::UnicodeSign sign)
-    {
-        add(m_operatorWidth, [this, sign](QPainter *painter, int x) {
-            painter->drawText(QRect(x, 0, m_operatorWidth, m_complexSize.height()),
-                Qt::AlignHCenter | Qt::AlignVCenter, ZelShare::getUnicodeString(sign));
-        });
-    }
-
-    /// Nothing as a sign of its own, drawn so that it needs no font that has it.
-    void addEmptySet(int width)
-    {
-        add(width, [this, width](QPainter *painter, int x) {
-            const double diameter = m_operatorWidth * SignShare * EmptySetShare;
-            QRectF circle(0.0, 0.0, diameter, diameter);
-            circle.moveCenter(QPointF(x + width / 2.0, m_complexSize.height() / 2.0));
-            painter->save();
-            painter->setRenderHint(QPainter::Antialiasing);
-            painter->setPen(QPen(Qt::black, std::max(1.0, diameter / 10.0)));
-            painter->drawEllipse(circle);
-            painter->drawLine(circle.bottomLeft(), circle.topRight());
-            painter->restore();
-        });
-    }
-
-    void addProductionSymbol()
-    {
-        const auto renderer = std::make_shared<QSvgRenderer>(
-            QStringLiteral(":/zelModelSupport/images/Production_Icon.svg"));
-        const QSize size = renderer->defaultSize();
-        const int height = static_cast<int>(m_complexSize.height() * SymbolShare);
-        const int width = size.isEmpty()
-            ? height
-            : static_cast<int>(double(height) * size.width() / size.height());
-        add(static_cast<int>(SymbolSpace * width),
-            [this, renderer, width, height](QPainter *painter, int x) {
-                renderer->render(painter,
-                    QRectF(x + static_cast<int>(SymbolMargin * width),
-                        (m_complexSize.height() - height) / 2, width, height));
-            });
-    }
-
-    /// Without hints the signs come in the painter's own font and are not smoothed.
-    void setPlain() { m_plain = true; }
-    /// Whether all that was asked for is there.
-    bool isComplete() const { return m_complete; }
-
-    QPixmap draw()
-    {
-        if (!m_hasSpecies)
-            return {};
-        const QSize size(m_width, m_complexSize.height());
-        const QString key = m_psiimId + m_key;
-        if (const QPixmap kept = m_cache->value(key); kept.size() == inDevicePixels(size))
-            return kept;
-        QPixmap canvas = transparentCanvas(size);
-        QPainter painter(&canvas);
-        if (!m_plain) {
-            QFont font;
-            font.setPixelSize(static_cast<int>(m_operatorWidth * SignShare));
-            painter.setFont(font);
-            painter.setRenderHint(QPainter::Antialiasing);
-        }
-        int x = 0;
-        for (const Part &part : m_parts) {
-            part.paint(&painter, x);
-            x += part.width;
-        }
-        painter.end();
-        if (m_complete)
-            m_cache->insert(key, canvas);
-        return canvas;
-    }
-
-private:
-    struct Part
-    {
-        int width;
-        std::function<void(QPainter *, int x)> paint;
-    };
-
-    void add(int width, std::function<void(QPainter *, int)> paint)
-    {
-        m_width += width;
-        m_parts.push_back({width, std::move(paint)});
+        addPlace(Part::Species, m_complexSize.width(), picture);
     }
 
     QPixmap speciesPicture(const QString &cpaPsiimId)
@@ -213,26 +250,100 @@ private:
         return picture;
     }
 
-    QString m_psiimId;
+    QPixmap draw(const ReactionKind &kind, const QString &key)
+    {
+        const QSize size(m_width, m_complexSize.height());
+        if (const QPixmap kept = m_cache->value(key); kept.size() == inDevicePixels(size))
+            return kept;
+        QPixmap canvas = transparentCanvas(size);
+        QPainter painter(&canvas);
+        if (!kind.isPlain) {
+            QFont font;
+            font.setPixelSize(static_cast<int>(m_operatorWidth * SignShare));
+            painter.setFont(font);
+            painter.setRenderHint(QPainter::Antialiasing);
+        }
+        for (const Place &place : m_places)
+            paint(&painter, place);
+        painter.end();
+        if (m_isComplete)
+            m_cache->insert(key, canvas);
+        return canvas;
+    }
+
+    void paint(QPainter *painter, const Place &place) const
+    {
+        switch (place.what) {
+        case Part::Species:
+            painter->drawPixmap(place.rect.topLeft(), place.species);
+            break;
+        case Part::Plus:
+            painter->drawText(
+                place.rect, Qt::AlignCenter, ZelShare::getUnicodeString(ZelShare::SignPlus));
+            break;
+        case Part::Arrow:
+            painter->drawText(
+                place.rect, Qt::AlignCenter, ZelShare::getUnicodeString(ZelShare::SignArrow));
+            break;
+        case Part::Nothing:
+            paintEmptySet(painter, place.rect);
+            break;
+        case Part::ProductionSymbol: {
+            const QSize size = symbolSize(place.rect.height());
+            QSvgRenderer(ProductionIcon)
+                .render(painter,
+                    QRectF(place.rect.left() + static_cast<int>(SymbolMargin * size.width()),
+                        (place.rect.height() - size.height()) / 2, size.width(), size.height()));
+            break;
+        }
+        default:
+            break;
+        }
+    }
+
+    // Nothing as a sign of its own, drawn so that it needs no font that has it.
+    void paintEmptySet(QPainter *painter, const QRect &rect) const
+    {
+        const double diameter = m_operatorWidth * SignShare * EmptySetShare;
+        QRectF circle(0.0, 0.0, diameter, diameter);
+        circle.moveCenter(QPointF(rect.left() + rect.width() / 2.0, rect.height() / 2.0));
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QPen(Qt::black, std::max(1.0, diameter / 10.0)));
+        painter->drawEllipse(circle);
+        painter->drawLine(circle.bottomLeft(), circle.topRight());
+        painter->restore();
+    }
+
     QSize m_complexSize;
     int m_operatorWidth;
     ZelDbSqliteModel *m_db;
     Cache m_ownCache;
     Cache *m_cache;
-    std::vector<Part> m_parts;
-    QString m_key;
+    std::vector<Place> m_places;
+    QString m_key; // of the species
     int m_width = 0;
     bool m_hasSpecies = false;
-    bool m_complete = true;
-    bool m_plain = false;
+    bool m_isComplete = true;
 };
 
-/// The record, empty when the picture cannot be drawn at all.
-template <typename Read>
-ZelDbRecord readReaction(
-    const QString &psiimId, const QSize &complexSize, ZelDbSqliteModel *db, Read read)
+/// What a record is drawn from: shapes where these do, else a scene.
+struct Drawing
 {
-    return db && isUsable(complexSize) ? (db->*read)(psiimId) : ZelDbRecord();
+    std::optional<zgs::SpeciesDrawing> shapes;
+    std::unique_ptr<ZelScene> scene;
+
+    QRectF bounds() const { return shapes ? shapes->bounds() : scene->itemsBoundingRect(); }
+};
+
+Drawing load(const QString &psiimId, int kind, ZelDbSqliteModel *db)
+{
+    Drawing drawing;
+    if (kind == zgs::PictureCpa)
+        drawing.shapes = zgs::SpeciesDrawing::ofAlias(psiimId, db);
+    if (!drawing.shapes)
+        drawing.scene = loadScene(psiimId, kind, db);
+    return drawing;
 }
 
 } // namespace
@@ -240,9 +351,9 @@ ZelDbRecord readReaction(
 QPixmap zgs::getPixMapFromSdcPsiimId(
     const QString &psiimId, int kind, const QSize &size, ZelDbSqliteModel *zelDbSqliteModel)
 {
-    const std::unique_ptr<ZelScene> scene =
-        zelDbSqliteModel && isUsable(size) ? loadScene(psiimId, kind, zelDbSqliteModel) : nullptr;
-    if (!scene) {
+    const Drawing drawing =
+        zelDbSqliteModel && isUsable(size) ? load(psiimId, kind, zelDbSqliteModel) : Drawing();
+    if (!drawing.shapes && !drawing.scene) {
         qDebug() << "Error found at QPixmap zgs::getPixMapFromSdcPsiimId(const QString & psiimId, "
                     "int kind, const QSize & size, ZelDbSqliteModel * zelDbSqliteModel)"
                  << psiimId;
@@ -250,14 +361,25 @@ QPixmap zgs::getPixMapFromSdcPsiimId(
     }
     const QSize canvasSize(kind == PictureMli ? 3 * size.width() : size.width(), size.height());
     QPixmap canvas = transparentCanvas(canvasSize);
-    const QRectF bounds = scene->itemsBoundingRect();
+    const QRectF bounds = drawing.bounds();
     if (bounds.width() <= 0.0 && bounds.height() <= 0.0)
         return canvas; // such as a molecule without components
     // A molecule interaction too is fitted into the ratio of the size itself.
     const QRectF source = pictureSource(bounds, double(size.width()) / size.height());
     QPainter painter(&canvas);
     painter.setRenderHint(QPainter::Antialiasing);
-    scene->render(&painter, QRectF(QPointF(0.0, 0.0), canvasSize), source, Qt::KeepAspectRatio);
+    if (drawing.scene) {
+        drawing.scene->render(
+            &painter, QRectF(QPointF(0.0, 0.0), canvasSize), source, Qt::KeepAspectRatio);
+    } else {
+        const double scale =
+            std::min(size.width() / source.width(), size.height() / source.height());
+        // As a scene does it: without a clip, rims come out a shade different.
+        painter.setClipRect(QRect(QPoint(), canvasSize));
+        painter.scale(scale, scale);
+        painter.translate(-source.topLeft());
+        drawing.shapes->paint(&painter);
+    }
     painter.end();
     return canvas;
 }
@@ -265,95 +387,30 @@ QPixmap zgs::getPixMapFromSdcPsiimId(
 QPixmap zgs::getPixMapForProduction(const QString &psiimId, const QSize &complexSize,
     ZelDbSqliteModel *zelDbSqliteModel, QHash<QString, QPixmap> *psiim2Pixmap)
 {
-    const ZelDbRecord record =
-        readReaction(psiimId, complexSize, zelDbSqliteModel, &ZelDbSqliteModel::pdnGetHashInfo);
-    ReactionPicture picture(psiimId, complexSize, zelDbSqliteModel, psiim2Pixmap);
-    if (!record.isEmpty()) {
-        const QString source = record.value(ZelDbColumn::PdnSourceCpa);
-        picture.setPlain();
-        if (source.isEmpty()) // made from nothing that the model knows
-            picture.addEmptySet(complexSize.width());
-        else
-            picture.addSpecies(source);
-        picture.addProductionSymbol();
-        picture.addSpecies(record.value(ZelDbColumn::PdnProductCpa));
-    }
-    if (record.isEmpty() || !picture.isComplete())
-        qDebug() << "Error found at QPixmap QPixmap zgs::getPixMapForProduction(const QString & "
-                    "psiimId, const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel, "
-                    "QHash<QString, QPixmap> * psiim2Pixmap) "
-                 << "pdnPsiimId: " << psiimId;
-    return picture.draw();
+    return ReactionPicture(complexSize, zelDbSqliteModel, psiim2Pixmap).make(production, psiimId);
 }
 
 QPixmap zgs::getPixMapForTransformation(const QString &psiimId, const QSize &complexSize,
     ZelDbSqliteModel *zelDbSqliteModel, QHash<QString, QPixmap> *psiim2Pixmap)
 {
-    const ZelDbRecord record =
-        readReaction(psiimId, complexSize, zelDbSqliteModel, &ZelDbSqliteModel::trnGetHashInfo);
-    ReactionPicture picture(psiimId, complexSize, zelDbSqliteModel, psiim2Pixmap);
-    if (!record.isEmpty()) {
-        picture.addSpecies(record.value(ZelDbColumn::TrnFromCpa));
-        picture.addSign(ZelShare::SignArrow);
-        picture.addSpecies(record.value(ZelDbColumn::TrnToCpa));
-    }
-    if (record.isEmpty() || !picture.isComplete())
-        qDebug() << "Error found at QPixmap zgs::getPixMapForTransformation(const QString & "
-                    "psiimId, const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)";
-    return picture.draw();
+    return ReactionPicture(complexSize, zelDbSqliteModel, psiim2Pixmap)
+        .make(transformation, psiimId);
 }
 
 QPixmap zgs::getPixMapForAssociation(const QString &psiimId, const QSize &complexSize,
     ZelDbSqliteModel *zelDbSqliteModel, QHash<QString, QPixmap> *psiim2Pixmap)
 {
-    const ZelDbRecord record =
-        readReaction(psiimId, complexSize, zelDbSqliteModel, &ZelDbSqliteModel::caiGetHashInfo);
-    ReactionPicture picture(psiimId, complexSize, zelDbSqliteModel, psiim2Pixmap);
-    if (!record.isEmpty()) {
-        picture.addSpecies(record.value(ZelDbColumn::CaiCpa1));
-        picture.addSign(ZelShare::SignPlus);
-        picture.addSpecies(record.value(ZelDbColumn::CaiCpa2));
-        picture.addSign(ZelShare::SignArrow);
-        picture.addSpecies(record.value(ZelDbColumn::CaiResultCpa));
-    }
-    if (record.isEmpty() || !picture.isComplete())
-        qDebug() << "Error found at QPixmap zgs::getPixMapForAssociation(const QString & psiimId, "
-                    "const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)";
-    return picture.draw();
+    return ReactionPicture(complexSize, zelDbSqliteModel, psiim2Pixmap).make(association, psiimId);
 }
 
 QPixmap zgs::getPixMapForDissociation(const QString &psiimId, const QSize &complexSize,
     ZelDbSqliteModel *zelDbSqliteModel, QHash<QString, QPixmap> *psiim2Pixmap)
 {
-    const ZelDbRecord record =
-        readReaction(psiimId, complexSize, zelDbSqliteModel, &ZelDbSqliteModel::cadGetHashInfo);
-    ReactionPicture picture(psiimId, complexSize, zelDbSqliteModel, psiim2Pixmap);
-    if (!record.isEmpty()) {
-        picture.addSpecies(record.value(ZelDbColumn::CadSourceCpa));
-        picture.addSign(ZelShare::SignArrow);
-        picture.addSpecies(record.value(ZelDbColumn::CadResultCpa1));
-        picture.addSign(ZelShare::SignPlus);
-        picture.addSpecies(record.value(ZelDbColumn::CadResultCpa2));
-    }
-    if (record.isEmpty() || !picture.isComplete())
-        qDebug() << "Error found at QPixmap zgs::getPixMapForDissociation(const QString & psiimId, "
-                    "const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)";
-    return picture.draw();
+    return ReactionPicture(complexSize, zelDbSqliteModel, psiim2Pixmap).make(dissociation, psiimId);
 }
 
 QPixmap zgs::getPixMapForDegradation(const QString &psiimId, const QSize &complexSize,
     ZelDbSqliteModel *zelDbSqliteModel, QHash<QString, QPixmap> *psiim2Pixmap)
 {
-    const ZelDbRecord record =
-        readReaction(psiimId, complexSize, zelDbSqliteModel, &ZelDbSqliteModel::degGetHashInfo);
-    ReactionPicture picture(psiimId, complexSize, zelDbSqliteModel, psiim2Pixmap);
-    if (!record.isEmpty()) {
-        picture.addSpecies(record.value(ZelDbColumn::DegradationCpa));
-        picture.addSign(ZelShare::SignArrow);
-        picture.addEmptySet(getOperatorWidth(complexSize));
-    }
-    if (record.isEmpty() || !picture.isComplete())
-        qDebug() << "Error found at QPixmap zgs::getPixMapForDegradation(const QString & psiimId, "
-                    "const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)";
-    return picture.draw();
+    return ReactionPicture(complexSize, zelDbSqliteModel, psiim2Pixmap).make(degradation, psiimId);
 }

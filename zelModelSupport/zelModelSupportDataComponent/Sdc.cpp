@@ -3,11 +3,6 @@
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
-
-#include <QStandardItemModel>
 
 #include <algorithm>
 
@@ -42,28 +37,10 @@ Sdc::Sdc(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent, int type, const QS
         Sdc::updateStandardItemText();
 }
 
-int Sdc::getPosIndex() const
-{
-    if (!m_parentSdc)
-        return -1;
-    const QList<Sdc *> siblings = m_parentSdc->getListSdcChildren();
-    if (m_indexHint < 0 || m_indexHint >= siblings.size() || siblings.at(m_indexHint) != this)
-        m_indexHint = static_cast<int>(siblings.indexOf(const_cast<Sdc *>(this)));
-    return m_indexHint;
-}
-
-Sdc *Sdc::getParentSdc()
-{
-    return m_parentSdc;
-}
-
-Sdc *Sdc::getTopParentSdc()
-{
-    return m_parentSdc ? m_parentSdc->getTopParentSdc() : this;
-}
-
 QString Sdc::getProperty(int key) const
 {
+    if (key == SdcProperty::PsiimId)
+        return m_psiimId.value_or(QString());
     for (const auto &[k, value] : m_properties) {
         if (k == key)
             return value;
@@ -81,7 +58,9 @@ void Sdc::setProperty(int key, const QString &value)
     const QString old = getProperty(key);
     const auto at = std::find_if(m_properties.begin(), m_properties.end(),
         [key](const auto &entry) { return entry.first == key; });
-    if (at == m_properties.end())
+    if (key == SdcProperty::PsiimId)
+        m_psiimId = value;
+    else if (at == m_properties.end())
         m_properties.emplace_back(key, value);
     else
         at->second = value;
@@ -95,110 +74,9 @@ void Sdc::setProperty(int key, const QString &value)
 
 void Sdc::clearProperty(int key)
 {
+    if (key == SdcProperty::PsiimId)
+        m_psiimId.reset();
     std::erase_if(m_properties, [key](const auto &entry) { return entry.first == key; });
-}
-
-QList<Sdc *> Sdc::getListSdcChildren()
-{
-    return m_children;
-}
-
-void Sdc::addSdcChild(Sdc *child, bool addToItemModel)
-{
-    m_children.append(child);
-    if (!child)
-        return;
-    const int index = static_cast<int>(m_children.size()) - 1;
-    if (child->m_parentSdc != this)
-        child->m_indexHint = index;
-    child->setParentSdc(this);
-    childListChangedFrom(index);
-    if (addToItemModel) {
-        removeEmptyRows();
-        if (QStandardItem *old = child->QStandardItem::parent())
-            old->takeRow(child->row());
-        else if (child->model())
-            child->model()->takeRow(child->row());
-        insertRow(rowCount(), child);
-        child->setEditable(false);
-    }
-    notifyChildSdcAdded(child);
-    child->updatePosIndex();
-    if (SdcMol *mol = toSdcMol()) {
-        mol->renumberSites(index, index + 1);
-    } else if (isSdcMcp()) {
-        if (SdcMol *parentMol = getParentSdcMol())
-            parentMol->renumberSites(getPosIndex() + 1);
-    }
-    setChanged();
-}
-
-void Sdc::removeSdcChild(Sdc *child)
-{
-    const int index = static_cast<int>(m_children.indexOf(child));
-    m_children.removeAll(child);
-    if (child && !child->m_otherParents.isEmpty())
-        child->m_otherParents.removeAll(this);
-    if (index >= 0)
-        childListChangedFrom(index);
-    removeEmptyRows();
-    if (child && child->QStandardItem::parent() == this)
-        takeRow(child->row());
-    const QList<Sdc *> remaining = m_children;
-    for (Sdc *sibling : remaining) {
-        if (sibling)
-            sibling->updatePosIndex();
-    }
-    if (SdcMol *mol = toSdcMol()) {
-        mol->renumberSites(std::max(index, 0));
-    } else if (isSdcMcp()) {
-        if (SdcMol *parentMol = getParentSdcMol())
-            parentMol->renumberSites(getPosIndex() + 1);
-    }
-    setChanged();
-}
-
-void Sdc::setParentSdc(Sdc *parentSdc)
-{
-    // A complex may be listed in several places: those must learn of its death, too.
-    if (m_parentSdc && m_parentSdc != parentSdc && m_parentSdc->m_children.contains(this))
-        m_otherParents.append(m_parentSdc);
-    if (parentSdc && !m_otherParents.isEmpty())
-        m_otherParents.removeAll(parentSdc);
-    m_parentSdc = parentSdc;
-}
-
-void Sdc::releaseChild(Sdc *child)
-{
-    if (!child)
-        return;
-    QList<QPointer<Sdc>> &others = child->m_otherParents;
-    others.removeIf([this](const QPointer<Sdc> &other) { return !other || other == this; });
-    if (child->m_parentSdc == this)
-        child->m_parentSdc = others.isEmpty() ? nullptr : others.takeLast();
-}
-
-bool Sdc::hasSdcChild() const
-{
-    return !m_children.isEmpty();
-}
-
-void Sdc::removeSelfFromParent()
-{
-    Sdc *const old = m_parentSdc;
-    if (!old)
-        return;
-    setParentSdc(nullptr);
-    old->removeSdcChild(this);
-}
-
-QStringView Sdc::getPsiimIdView() const
-{
-    for (const auto &[k, value] : m_properties) {
-        if (k == SdcProperty::PsiimId)
-            return value;
-    }
-    return {};
 }
 
 QString Sdc::getPsiimId() const
@@ -226,93 +104,6 @@ void Sdc::updateStandardItemText()
     setText(m_sdcName + index + QLatin1String(": ") + label);
 }
 
-Sdc *Sdc::getChildSdcAtIndex(int index)
-{
-    return index >= 0 && index < m_children.size() ? m_children.at(index) : nullptr;
-}
-
-Sdc *Sdc::getChildSdcFromPsiimId(const QString &psiimId, int n)
-{
-    if (psiimId.isEmpty())
-        return nullptr;
-    int found = 0;
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child && child->getPsiimId() == psiimId && ++found == n)
-            return child;
-    }
-    return nullptr;
-}
-
-QList<SdcMcp *> Sdc::getListSdcMcp()
-{
-    QList<SdcMcp *> list;
-    if (isSdcMcp())
-        list.append(toSdcMcp());
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child)
-            list += child->getListSdcMcp();
-    }
-    return list;
-}
-
-QList<SdcBst *> Sdc::getListSdcBst()
-{
-    QList<SdcBst *> list;
-    if (isSdcBst())
-        list.append(toSdcBst());
-    for (Sdc *child : std::as_const(m_children)) {
-        if (!child)
-            continue;
-        // Sites have no children: most lists are put together without one for each site.
-        SdcBst *const site = child->m_children.isEmpty() ? child->toSdcBst() : nullptr;
-        if (site)
-            list.append(site);
-        else if (list.isEmpty())
-            list = child->getListSdcBst();
-        else
-            list += child->getListSdcBst();
-    }
-    return list;
-}
-
-QList<SdcMol *> Sdc::getListSdcMol()
-{
-    QList<SdcMol *> list;
-    if (isSdcMol())
-        list.append(toSdcMol());
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child)
-            list += child->getListSdcMol();
-    }
-    return list;
-}
-
-QList<SdcCpx *> Sdc::getListSdcCpx()
-{
-    QList<SdcCpx *> list;
-    if (isSdcCpx())
-        list.append(toSdcCpx());
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child)
-            list += child->getListSdcCpx();
-    }
-    return list;
-}
-
-SdcCpx *Sdc::getParentSdcCpx()
-{
-    if (!m_parentSdc)
-        return nullptr;
-    if (SdcCpx *cpx = m_parentSdc->toSdcCpx())
-        return cpx;
-    return m_parentSdc->getParentSdcCpx();
-}
-
-SdcMol *Sdc::getParentSdcMol()
-{
-    return nullptr;
-}
-
 QString Sdc::getSdcName() const
 {
     return m_sdcName;
@@ -331,11 +122,6 @@ QString Sdc::getDisplayName(bool withName, bool withIndex) const
     if (withName || withIndex)
         text += QLatin1String(": ");
     return text + getProperty(SdcProperty::ShortName);
-}
-
-bool Sdc::isEmpty()
-{
-    return std::all_of(m_children.cbegin(), m_children.cend(), [](Sdc *child) { return !child; });
 }
 
 bool Sdc::isConsistentToDb()
@@ -395,28 +181,6 @@ void Sdc::setSdcName(const QString &name)
     setProperty(SdcProperty::ShortName, QString());
 }
 
-void Sdc::updateCurrentIndexToPrevIndex()
-{
-    m_prevIndex = m_parentSdc ? getPosIndex() : -1;
-}
-
-void Sdc::switchChildrenBetween2Indices(int i, int j)
-{
-    if (i < 0 || j < 0 || i >= m_children.size() || j >= m_children.size())
-        return;
-    m_children.swapItemsAt(i, j);
-    for (Sdc *child : {m_children.at(i), m_children.at(j)}) {
-        if (child)
-            child->m_indexHint = -1;
-    }
-    childListChangedFrom(std::min(i, j));
-}
-
-void Sdc::notifyChildSdcAdded(Sdc *child)
-{
-    emit getTopParentSdc()->childSdcAdded(child);
-}
-
 ZelDbSqliteModel *Sdc::getZelDbSqliteModel() const
 {
     return m_zelDbSqliteModel;
@@ -430,19 +194,33 @@ void Sdc::setZelDbSqliteModel(ZelDbSqliteModel *model)
 QHash<int, QString> Sdc::getProperties() const
 {
     QHash<int, QString> hash;
+    if (m_psiimId)
+        hash.insert(SdcProperty::PsiimId, *m_psiimId);
     for (const auto &[key, value] : m_properties)
         hash.insert(key, value);
     return hash;
 }
 
+QStringView Sdc::getPropertyView(int key) const
+{
+    if (key == SdcProperty::PsiimId)
+        return getPsiimIdView();
+    const auto at = std::find_if(m_properties.cbegin(), m_properties.cend(),
+        [key](const auto &entry) { return entry.first == key; });
+    return at != m_properties.cend() ? QStringView(at->second) : QStringView();
+}
+
 bool Sdc::hasProperty(int key) const
 {
+    if (key == SdcProperty::PsiimId)
+        return m_psiimId.has_value();
     return std::any_of(m_properties.cbegin(), m_properties.cend(),
         [key](const auto &entry) { return entry.first == key; });
 }
 
 void Sdc::clearProperties()
 {
+    m_psiimId.reset();
     m_properties.clear();
 }
 
@@ -450,6 +228,7 @@ void Sdc::copyPropertiesTo(Sdc *target)
 {
     if (!target || target == this)
         return;
+    target->m_psiimId = m_psiimId;
     target->m_properties = m_properties;
     target->updateStandardItemText();
     target->setChanged();
@@ -479,31 +258,4 @@ QList<SdcBst *> Sdc::getSortedSdcBstListByPsiimId(const QList<SdcBst *> &list)
     QList<SdcBst *> sorted = list;
     sortByPsiimId(sorted);
     return sorted;
-}
-
-void Sdc::clearChildrenList()
-{
-    m_children.clear();
-    childListChangedFrom(0);
-}
-
-void Sdc::setChildrenList(const QList<Sdc *> &list)
-{
-    m_children = list;
-    for (Sdc *child : std::as_const(m_children)) {
-        if (child)
-            child->m_indexHint = -1;
-    }
-    childListChangedFrom(0);
-}
-
-// The running numbers of a molecule's sites hang on its components and on how many sites each has.
-void Sdc::childListChangedFrom(int index)
-{
-    if (SdcMol *mol = toSdcMol()) {
-        mol->siteCountsChangedFrom(index);
-    } else if (isSdcMcp()) {
-        if (SdcMol *parentMol = getParentSdcMol())
-            parentMol->siteCountsChangedFrom(std::max(getPosIndex(), 0));
-    }
 }

@@ -13,6 +13,7 @@
 #include <QStringView>
 #include <QTransform>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -187,10 +188,14 @@ public:
     ZelDbSqliteModel *getZelDbSqliteModel() const;
     void setZelDbSqliteModel(ZelDbSqliteModel *model);
     QHash<int, QString> getProperties() const;
-    /// The stored id without a copy: valid until it changes.
-    QStringView getPsiimIdView() const;
+    /// The id and any property without a copy: valid until properties change.
+    QStringView getPsiimIdView() const
+    {
+        return m_psiimId ? QStringView(*m_psiimId) : QStringView();
+    }
+    QStringView getPropertyView(int key) const;
     /// The children without a copy: valid until they change.
-    const QList<Sdc *> &children() const { return m_children; }
+    const QList<Sdc *> &sdcChildren() const { return m_children; }
     /// Whether the property was ever set, be it to an empty text.
     bool hasProperty(int key) const;
     void clearProperties();
@@ -232,15 +237,15 @@ protected:
     void releaseChild(Sdc *child);
 
 private:
+    friend class SdcCpxReadAhead;
+
     void childListChangedFrom(int index);
     void leaveItemParent();
     void forgetDyingChild(Sdc *child);
     void tidyAfterDeath();
     void removeEmptyRows();
 
-    std::vector<std::pair<int, QString>> m_properties;
-    QList<Sdc *> m_children;
-    QPointer<Sdc> m_parentSdc;
+    std::vector<std::pair<int, QString>> m_properties; // all but the id
     QList<QPointer<Sdc>> m_otherParents; // former parents whose lists hold this component still
     bool m_highlighted = false;
     bool m_hasEmptyRows = false;
@@ -249,7 +254,11 @@ private:
     QPointer<ZelDbSqliteModel> m_zelDbSqliteModel;
     int m_sdcType = SdcType::None;
     QString m_sdcName;
+    QTransform m_transform;
     int m_prevIndex = -1;
     mutable int m_indexHint = -1; // where the parent's list held this component when last asked
-    QTransform m_transform;
+    // What walks through many components read lies together, next to what the kinds add.
+    QPointer<Sdc> m_parentSdc;
+    std::optional<QString> m_psiimId; // none until it is set
+    QList<Sdc *> m_children;
 };

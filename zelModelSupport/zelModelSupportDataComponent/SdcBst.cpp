@@ -43,8 +43,10 @@ void SdcBst::setZelEllipseItemBst(ZelEllipseItemBst *item)
     for (SdcBstBst *bond : std::as_const(m_bonds))
         bond->unfollow(this);
     m_zelEllipseItemBst = item;
-    for (SdcBstBst *bond : std::as_const(m_bonds))
+    for (SdcBstBst *bond : std::as_const(m_bonds)) {
         bond->follow(this);
+        bond->updateLineEnds();
+    }
 }
 
 ZelEllipseItemBst *SdcBst::getZelEllipseItemBst() const
@@ -56,11 +58,6 @@ BindingStatusType SdcBst::getBindingStatus()
 {
     // Whether a scene shows binding statuses does not change what they are.
     return isInCpxBinding() ? BindingStatusBound : m_bindingStatus;
-}
-
-BindingStatusType SdcBst::getBindingStatusIn(const SdcCpx *cpx) const
-{
-    return isInBindingOf(cpx) ? BindingStatusBound : m_bindingStatus;
 }
 
 void SdcBst::setBindingStatus(BindingStatusType status)
@@ -111,7 +108,10 @@ QString SdcBst::bindingStatusName(int status)
 
 bool SdcBst::isInCpxBinding()
 {
-    return !m_bonds.isEmpty() && isInBindingOf(getParentSdcCpx());
+    SdcCpx *const cpx = m_bonds.isEmpty() ? nullptr : getParentSdcCpx();
+    return cpx && std::any_of(m_bonds.cbegin(), m_bonds.cend(), [cpx](const SdcBstBst *bond) {
+        return cpx->lists(bond);
+    });
 }
 
 bool SdcBst::closeToBst(SdcBst *other)
@@ -217,11 +217,4 @@ void SdcBst::setHighlight(bool status, bool extendable)
     Sdc::setHighlight(status, extendable);
     if (m_zelEllipseItemBst)
         m_zelEllipseItemBst->setHighlight(status);
-}
-
-bool SdcBst::isInBindingOf(const SdcCpx *cpx) const
-{
-    return cpx && std::any_of(m_bonds.cbegin(), m_bonds.cend(), [cpx](const SdcBstBst *bond) {
-        return cpx->lists(bond);
-    });
 }

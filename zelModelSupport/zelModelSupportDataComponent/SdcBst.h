@@ -23,8 +23,6 @@ public:
     /// The effective status: Bound while a bond of the enclosing complex holds the site, else the
     /// status that was set.
     BindingStatusType getBindingStatus();
-    /// The same where the caller knows the enclosing complex, which may be null.
-    BindingStatusType getBindingStatusIn(const SdcCpx *cpx) const;
     void setBindingStatus(BindingStatusType status);
     /// The status that was set, also while a bond hides it.
     BindingStatusType getStoredBindingStatus() const { return m_bindingStatus; }
@@ -67,12 +65,11 @@ public:
 
 private:
     friend class SdcBstBst;
-    bool isInBindingOf(const SdcCpx *cpx) const;
 
-    QPointer<ZelEllipseItemBst> m_zelEllipseItemBst;
+    BindingStatusType m_bindingStatus = BindingStatusUnspecified;
     QPointer<SdcMcp> m_parentMcp;
     QList<SdcBstBst *> m_bonds; // kept by the bonds
-    BindingStatusType m_bindingStatus = BindingStatusUnspecified;
+    QPointer<ZelEllipseItemBst> m_zelEllipseItemBst;
     bool m_allowChangeBindingStatus = true;
     bool m_alwaysHighlight = false;
 };

@@ -12,6 +12,8 @@
 
 #include <QDebug>
 
+#include <algorithm>
+
 namespace {
 
 QString locationOf(Sdc *component)
@@ -36,9 +38,8 @@ SdcBstBst::SdcBstBst(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
 
 SdcBstBst::~SdcBstBst()
 {
-    const QList<SdcBst *> sites = m_sites;
-    for (SdcBst *site : sites)
-        removeSdcBst(site);
+    while (m_sites[0])
+        removeSdcBst(m_sites[0]);
     const QList<QPointer<Sdc>> holders = m_holders;
     for (const QPointer<Sdc> &holder : holders) {
         if (!holder)
@@ -56,12 +57,12 @@ void SdcBstBst::addSdcBst(SdcBst *sdcBst)
 {
     if (!sdcBst)
         return;
-    if (m_sites.size() >= 2) {
+    if (isComplete()) {
         qDebug() << "Warning at void SdcBstBst::addSdcBst(SdcBst * sdcBst) "
                  << "Already 2 SdcBst in this relation";
         return;
     }
-    m_sites.append(sdcBst);
+    m_sites[m_sites[0] ? 1 : 0] = sdcBst;
     if (!sdcBst->m_bonds.contains(this))
         sdcBst->m_bonds.append(this);
     follow(sdcBst);
@@ -69,42 +70,34 @@ void SdcBstBst::addSdcBst(SdcBst *sdcBst)
 
 void SdcBstBst::removeSdcBst(SdcBst *sdcBst)
 {
-    if (!m_sites.contains(sdcBst))
+    if (!hasSdcBst(sdcBst))
         return;
-    m_sites.removeAll(sdcBst);
+    if (m_line)
+        m_line->keepEnds();
+    std::fill(std::remove(m_sites.begin(), m_sites.end(), sdcBst), m_sites.end(), nullptr);
     unfollow(sdcBst);
     sdcBst->m_bonds.removeAll(this);
 }
 
-SdcBst *SdcBstBst::getSdcBst1() const
-{
-    return m_sites.value(0);
-}
-
-SdcBst *SdcBstBst::getSdcBst2() const
-{
-    return m_sites.value(1);
-}
-
 SdcBst *SdcBstBst::getPartnerSdcBst(SdcBst *sdcBst) const
 {
-    if (!sdcBst || m_sites.size() != 2)
+    if (!sdcBst || !isComplete())
         return nullptr;
-    if (m_sites.at(0) == sdcBst)
-        return m_sites.at(1);
-    return m_sites.at(1) == sdcBst ? m_sites.at(0) : nullptr;
+    if (m_sites[0] == sdcBst)
+        return m_sites[1];
+    return m_sites[1] == sdcBst ? m_sites[0] : nullptr;
 }
 
 bool SdcBstBst::hasSdcBst(SdcBst *sdcBst) const
 {
-    return m_sites.contains(sdcBst);
+    return sdcBst && (m_sites[0] == sdcBst || m_sites[1] == sdcBst);
 }
 
 bool SdcBstBst::isSameSdcBstBst(SdcBst *a, SdcBst *b) const
 {
-    if (!a || !b || m_sites.size() != 2)
+    if (!a || !b)
         return false;
-    return (m_sites.at(0) == a && m_sites.at(1) == b) || (m_sites.at(0) == b && m_sites.at(1) == a);
+    return (m_sites[0] == a && m_sites[1] == b) || (m_sites[0] == b && m_sites[1] == a);
 }
 
 bool SdcBstBst::isSameSdcBstBst(SdcBstBst *other) const
@@ -125,8 +118,8 @@ ZelLineItemBstBst *SdcBstBst::getZelLineItemBstBst() const
 bool SdcBstBst::isMliDefined() const
 {
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    return db && m_sites.size() == 2
-        && db->mliIsDefined(m_sites.at(0)->getPsiimId(), m_sites.at(1)->getPsiimId());
+    return db && isComplete()
+        && db->mliIsDefined(m_sites[0]->getPsiimId(), m_sites[1]->getPsiimId());
 }
 
 QString SdcBstBst::getDefaultAssocRateFromMli() const
@@ -134,7 +127,7 @@ QString SdcBstBst::getDefaultAssocRateFromMli() const
     if (!isMliDefined())
         return {};
     return getZelDbSqliteModel()
-        ->mliGetHashInfo(m_sites.at(0)->getPsiimId(), m_sites.at(1)->getPsiimId())
+        ->mliGetHashInfo(m_sites[0]->getPsiimId(), m_sites[1]->getPsiimId())
         .value(ZelDbColumn::AssociationRate);
 }
 
@@ -143,16 +136,16 @@ QString SdcBstBst::getDefaultDissocRateFromMli() const
     if (!isMliDefined())
         return {};
     return getZelDbSqliteModel()
-        ->mliGetHashInfo(m_sites.at(0)->getPsiimId(), m_sites.at(1)->getPsiimId())
+        ->mliGetHashInfo(m_sites[0]->getPsiimId(), m_sites[1]->getPsiimId())
         .value(ZelDbColumn::DissociationRate);
 }
 
 bool SdcBstBst::isInconsistentBinding() const
 {
-    if (m_sites.size() != 2)
+    if (!isComplete())
         return false;
-    SdcBst *const a = m_sites.at(0);
-    SdcBst *const b = m_sites.at(1);
+    SdcBst *const a = m_sites[0];
+    SdcBst *const b = m_sites[1];
     if (isOutOfReach(a, b) || isOutOfReach(b, a))
         return true;
     const QString sideA = locationOf(a->getParentMcp());
@@ -162,7 +155,9 @@ bool SdcBstBst::isInconsistentBinding() const
 
 QList<SdcBst *> SdcBstBst::getListSdcBst()
 {
-    return m_sites;
+    QList<SdcBst *> sites(m_sites.cbegin(), m_sites.cend());
+    sites.removeAll(nullptr);
+    return sites;
 }
 
 SdcBstBst *SdcBstBst::toSdcBstBst()
@@ -198,6 +193,12 @@ void SdcBstBst::unfollow(SdcBst *sdcBst)
 {
     if (ZelEllipseItemBst *item = sdcBst->getZelEllipseItemBst())
         disconnect(item, &ZelEllipseItem::posChanged, this, &SdcBstBst::updateBstPos);
+}
+
+void SdcBstBst::updateLineEnds()
+{
+    if (m_line)
+        m_line->updateEnds();
 }
 
 void SdcBstBst::addHolder(Sdc *holder)

@@ -2,6 +2,8 @@
 
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
 
+#include <array>
+
 class ZelLineItemBstBst;
 
 /// A bond between two binding sites, drawn as a line that follows them.
@@ -18,8 +20,8 @@ public:
     /// The first added is site 1, the second site 2; a third is refused with a warning.
     void addSdcBst(SdcBst *sdcBst);
     void removeSdcBst(SdcBst *sdcBst);
-    SdcBst *getSdcBst1() const;
-    SdcBst *getSdcBst2() const;
+    SdcBst *getSdcBst1() const { return m_sites[0]; }
+    SdcBst *getSdcBst2() const { return m_sites[1]; }
     /// Null unless the bond holds exactly two sites of which sdcBst is one.
     SdcBst *getPartnerSdcBst(SdcBst *sdcBst) const;
     bool hasSdcBst(SdcBst *sdcBst) const;
@@ -55,11 +57,14 @@ private:
 
     void follow(SdcBst *sdcBst);
     void unfollow(SdcBst *sdcBst);
+    void updateLineEnds();
     /// The complex or interaction in whose list the bond is (or no longer is).
     void addHolder(Sdc *holder);
     void removeHolder(Sdc *holder);
 
-    QList<SdcBst *> m_sites;
+    bool isComplete() const { return m_sites[1]; }
+
+    std::array<SdcBst *, 2> m_sites{}; // the second is null while the first is
     QList<QPointer<Sdc>> m_holders;
     QPointer<ZelLineItemBstBst> m_line;
 };

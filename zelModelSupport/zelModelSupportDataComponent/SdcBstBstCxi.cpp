@@ -5,34 +5,17 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
 
 #include <QDebug>
 #include <QDomDocument>
+
+using namespace SdcReactionStorage;
 
 namespace {
 
 #define ZEL_ALIAS_FUNCTION                                                                         \
     "void SdcBstBstCxi::setResultCpxAliasPsiimId(const QString & cpxAliasPsiimId)"
-
-/// One end of the bond, as the database looks associations up.
-struct End
-{
-    QString cpaPsiimId;
-    QString bstPsiimId;
-    QString molPos;
-};
-
-/// The alias is empty unless the site lies in a molecule of a complex that has one.
-End endOf(SdcBst *site)
-{
-    SdcCpx *const cpx = site->getParentSdcCpx();
-    SdcMol *const mol = site->getParentSdcMol();
-    if (!cpx || !mol)
-        return {};
-    return {cpx->getProperty(SdcProperty::CpaPsiimId), site->getPsiimId(),
-        QString::number(mol->getPosIndex(), 10)};
-}
 
 void appendLayout(QDomDocument *doc, QDomElement *root, const char *tag, SdcCpx *cpx)
 {
@@ -98,24 +81,11 @@ void SdcBstBstCxi::updatePropertiesFromDb()
     const End end2 = endOf(getSdcBst2());
     if (end1.cpaPsiimId.isEmpty() || end2.cpaPsiimId.isEmpty())
         return;
-    const QString id = db->caiGetPsiimId(end1.cpaPsiimId, end1.bstPsiimId, end1.molPos,
-        end2.cpaPsiimId, end2.bstPsiimId, end2.molPos, getProperty(SdcProperty::Geometry),
-        getProperty(SdcProperty::BindingType), false);
+    const QString id = findAssociation(this, end1, end2, false, db);
     if (id.isEmpty())
         return;
-    ZelDbRecord record = db->caiGetHashInfo(id);
-    record.insert(ZelDbColumn::PsiimId, id);
-    setPropertiesFromRecord(record);
-}
-
-void SdcBstBstCxi::setPropertiesFromRecord(const ZelDbRecord &record)
-{
-    setProperty(SdcProperty::PsiimId, record.value(ZelDbColumn::PsiimId));
-    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
-    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
-    setProperty(SdcProperty::AssociationRate, record.value(ZelDbColumn::AssociationRate));
-    setProperty(SdcProperty::ResultCpaPsiimId, record.value(ZelDbColumn::CaiResultCpa));
-    setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
+    setProperty(SdcProperty::PsiimId, id);
+    readProperties(this, db->caiGetHashInfo(id), caiProperties);
 }
 
 QString SdcBstBstCxi::getResultCpxFingerPrint() const

@@ -47,9 +47,6 @@ public:
     bool isSdcBstBstCxi() const override;
 
 private:
-    friend class SdcCxi;
-    void setPropertiesFromRecord(const QHash<int, QString> &record);
-
     QPointer<SdcCpx> m_sdcCpxResult;
     QPointer<SdcCpx> m_sdcCpx1;
     QPointer<SdcCpx> m_sdcCpx2;

@@ -1,6 +1,5 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCad.h"
 
-#include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
@@ -14,7 +13,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <array>
 
 using namespace SdcReactionStorage;
 
@@ -23,6 +21,12 @@ namespace {
 constexpr char SaveFunction[] = "bool SdcCad::saveToDb()";
 constexpr char LoadFunction[] = "bool SdcCad::loadFromDb(const QString & psiimId, "
                                 "ZelScene * scene)";
+
+constexpr StoredProperty cadProperties[]{{SdcProperty::ShortName, ZelDbColumn::ShortName},
+    {SdcProperty::Name, ZelDbColumn::Name},
+    {SdcProperty::DissociationRate, ZelDbColumn::DissociationRate},
+    {SdcProperty::GeometryText, ZelDbColumn::GeometryText},
+    {SdcProperty::Notes, ZelDbColumn::Notes}};
 
 /// What tells parts of complexes apart: first what is quick to write, and of equals the species.
 struct Part
@@ -157,48 +161,26 @@ bool SdcCad::getReverse12() const
 
 bool SdcCad::loadFromDb(const QString &psiimId, ZelScene *scene)
 {
-    ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    const ZelDbRecord record = db ? db->cadGetHashInfo(psiimId) : ZelDbRecord();
-    if (record.isEmpty()) {
-        report(LoadFunction,
-            db ? QStringLiteral("no dissociation ") + psiimId : QStringLiteral("no database"));
+    const ZelDbRecord record =
+        findRecord(this, LoadFunction, &ZelDbSqliteModel::cadGetHashInfo, "dissociation", psiimId);
+    if (record.isEmpty())
         return false;
-    }
-    const std::array<QPointer<SdcCpx> *, 3> places{&m_cpxSrc, &m_cpxR1, &m_cpxR2};
-    const std::array<int, 3> columns{
-        ZelDbColumn::CadSourceCpa, ZelDbColumn::CadResultCpa1, ZelDbColumn::CadResultCpa2};
-    bool good = true;
-    Sdc *before = nullptr;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        *places[i] = nullptr;
-        const QString alias = record.value(columns[i]);
-        if (alias.isEmpty() && i == 2)
-            continue; // within one complex
-        auto *const cpx = new SdcCpx(db, this);
-        if (loadAlias(cpx, alias, {}, scene, placeBeside(before))) {
-            *places[i] = cpx;
-            before = cpx;
-        } else {
-            delete cpx;
-            good = false;
-            report(LoadFunction, QStringLiteral("no complex in the stored states ") + alias);
-        }
-    }
+    const auto load = [&](ZelDbColumn::Column column, Sdc *before) {
+        return newAlias(this, LoadFunction, record.value(column), before, scene);
+    };
+    m_cpxSrc = load(ZelDbColumn::CadSourceCpa, nullptr);
+    m_cpxR1 = load(ZelDbColumn::CadResultCpa1, m_cpxSrc);
+    const bool intraComplex = record.value(ZelDbColumn::CadResultCpa2).isEmpty();
+    m_cpxR2 =
+        intraComplex ? nullptr : load(ZelDbColumn::CadResultCpa2, m_cpxR1 ? m_cpxR1 : m_cpxSrc);
     m_reverse12 = false;
-    m_sbbc = good ? findDividingBond() : nullptr;
-    if (good && !m_sbbc) {
-        good = false;
-        report(LoadFunction,
-            QStringLiteral("no bond divides the source of %1 into its products").arg(psiimId));
-    }
-    setProperty(SdcProperty::PsiimId, psiimId);
-    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
-    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
-    setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
-    setProperty(SdcProperty::DissociationRate, record.value(ZelDbColumn::DissociationRate));
-    setProperty(SdcProperty::GeometryText, record.value(ZelDbColumn::GeometryText));
+    readProperties(this, "cad", psiimId, record, cadProperties);
     setProperty(SdcProperty::BindingType, record.value(ZelDbColumn::BindingType));
-    setProperty(SdcProperty::References, db->refGetReferences(QStringLiteral("cad"), psiimId));
+    const bool good = m_cpxSrc && m_cpxR1 && (intraComplex || m_cpxR2);
+    m_sbbc = good ? findDividingBond() : nullptr;
+    if (good && !m_sbbc)
+        return refuse(LoadFunction,
+            QStringLiteral("no bond divides the source of %1 into its products").arg(psiimId));
     return good;
 }
 
@@ -212,35 +194,25 @@ bool SdcCad::saveToDb()
         product1.swap(product2);
     const bool intraComplex =
         getProperty(SdcProperty::GeometryText).contains(QLatin1String(ZelGeometry::IntraComplex));
-    QString obstacle;
     if (!db || !db->database())
-        obstacle = QStringLiteral("no database");
-    else if (source.isEmpty() || product1.isEmpty()
+        return refuse(SaveFunction, QStringLiteral("no database"));
+    if (source.isEmpty() || product1.isEmpty()
         || (product2.isEmpty() && !(intraComplex && !m_cpxR2)))
-        obstacle = QStringLiteral("it needs a source and products that are stored in their present "
-                                  "states");
-    else if (getProperty(SdcProperty::DissociationRate).isEmpty())
-        obstacle = QStringLiteral("give a dissociation rate");
-    if (!obstacle.isEmpty()) {
-        report(SaveFunction, obstacle);
-        return false;
-    }
+        return refuse(SaveFunction,
+            QStringLiteral("it needs a source and products that are stored in their present "
+                           "states"));
+    if (getProperty(SdcProperty::DissociationRate).isEmpty())
+        return refuse(SaveFunction, QStringLiteral("give a dissociation rate"));
     Assignments assignments;
     return writeInTransaction(db, SaveFunction, &assignments, [&] {
-        if (!assignId(&assignments, this, ZelDb::Cad, db))
+        if (!assignIdAndShortName(&assignments, this, ZelDb::Cad, "cad",
+                m_cpxSrc->getProperty(SdcProperty::CpaShortName), db))
             return false;
-        assignShortName(
-            &assignments, this, "cad", m_cpxSrc->getProperty(SdcProperty::CpaShortName), db);
-        return db->cadInsert({{ZelDbColumn::PsiimId, getPsiimId()},
-                   {ZelDbColumn::ShortName, getProperty(SdcProperty::ShortName)},
-                   {ZelDbColumn::Name, getProperty(SdcProperty::Name)},
-                   {ZelDbColumn::Notes, getProperty(SdcProperty::Notes)},
-                   {ZelDbColumn::DissociationRate, getProperty(SdcProperty::DissociationRate)},
-                   {ZelDbColumn::CadSourceCpa, source}, {ZelDbColumn::CadResultCpa1, product1},
-                   {ZelDbColumn::CadResultCpa2, product2},
-                   {ZelDbColumn::BindingType, getProperty(SdcProperty::BindingType)},
-                   {ZelDbColumn::GeometryText, getProperty(SdcProperty::GeometryText)}})
-            && writeReferences(this, "cad", db);
+        ZelDbRecord record = recordOf(this, cadProperties);
+        record.insert({{ZelDbColumn::CadSourceCpa, source}, {ZelDbColumn::CadResultCpa1, product1},
+            {ZelDbColumn::CadResultCpa2, product2},
+            {ZelDbColumn::BindingType, getProperty(SdcProperty::BindingType)}});
+        return db->cadInsert(record) && writeReferences(this, "cad", db);
     });
 }
 
@@ -256,15 +228,9 @@ bool SdcCad::isConsistentToDb()
         return false;
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     const ZelDbRecord record = db ? db->cadGetHashInfo(getPsiimId()) : ZelDbRecord();
-    for (const auto &[key, column] : {std::pair(SdcProperty::ShortName, ZelDbColumn::ShortName),
-             std::pair(SdcProperty::Name, ZelDbColumn::Name),
-             std::pair(SdcProperty::DissociationRate, ZelDbColumn::DissociationRate),
-             std::pair(SdcProperty::GeometryText, ZelDbColumn::GeometryText),
-             std::pair(SdcProperty::Notes, ZelDbColumn::Notes)}) {
-        if (getProperty(key) != record.value(column))
-            return false;
-    }
-    return aliasOf(m_cpxSrc) == record.value(ZelDbColumn::CadSourceCpa);
+    const bool agrees = std::all_of(std::begin(cadProperties), std::end(cadProperties),
+        [&](const StoredProperty &p) { return getProperty(p.key) == record.value(p.column); });
+    return agrees && aliasOf(m_cpxSrc) == record.value(ZelDbColumn::CadSourceCpa);
 }
 
 // The record does not say which bond it breaks. Bonds that leave parts of the same species are told

@@ -8,6 +8,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpxConnectivity.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpxRanking.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCodeWriter.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
@@ -271,8 +272,8 @@ QList<SdcMol *> SdcCpx::getListLinkedSdcMolToSdcMol(SdcMol *mol) const
 QList<SdcMol *> SdcCpx::getChildMolList()
 {
     QList<SdcMol *> list;
-    list.reserve(children().size());
-    for (Sdc *child : children()) {
+    list.reserve(sdcChildren().size());
+    for (Sdc *child : sdcChildren()) {
         if (SdcMol *mol = child ? child->toSdcMol() : nullptr)
             list.append(mol);
     }
@@ -303,15 +304,16 @@ bool SdcCpx::containsMemAssociatedMol()
 
 QString SdcCpx::getMcpStateCodeSignature(const QList<SdcMol *> &listSdcMol, bool withMolPsiimId)
 {
-    return SdcCpxStateCode::signature(listSdcMol, withMolPsiimId);
+    return SdcCpxStateCodeWriter(listSdcMol, SdcCpxStateCodeWriter::StatesAndBindings)
+        .text(withMolPsiimId, SdcCpxStateCodeWriter::Bare);
 }
 
 QString SdcCpx::getAliasMcpStateCode()
 {
     if (m_specisStaticSymmetryState == SymmetryUnknown)
         reRankMols(true, true);
-    return QLatin1String("<cpx>") + SdcCpxStateCode::signature(getChildMolList(), false)
-        + QLatin1String("</cpx>");
+    return SdcCpxStateCodeWriter(getChildMolList(), SdcCpxStateCodeWriter::StatesAndBindings)
+        .text(false, SdcCpxStateCodeWriter::WithElement);
 }
 
 void SdcCpx::loadAliasMcpStateCode(const QString &stateCode, bool loadBindingStatus)
@@ -322,12 +324,13 @@ void SdcCpx::loadAliasMcpStateCode(const QString &stateCode, bool loadBindingSta
 
 QString SdcCpx::getBstBindingCode()
 {
-    return SdcCpxStateCode::bindingCode(getListSdcMol());
+    return getBstBindingCodeFromListMol(getListSdcMol());
 }
 
 QString SdcCpx::getBstBindingCodeFromListMol(const QList<SdcMol *> &listSdcMol)
 {
-    return SdcCpxStateCode::bindingCode(listSdcMol);
+    return SdcCpxStateCodeWriter(listSdcMol, SdcCpxStateCodeWriter::BindingsOnly)
+        .text(true, SdcCpxStateCodeWriter::WithElement);
 }
 
 bool SdcCpx::isPattern()

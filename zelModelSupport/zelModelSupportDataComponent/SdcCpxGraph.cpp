@@ -2,7 +2,8 @@
 
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxBondTable.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxReadAhead.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <algorithm>
@@ -10,7 +11,10 @@
 
 namespace {
 
+using SdcCpxTexts::units;
+
 constexpr QStringView HeadEnd = u"(2): ";
+constexpr QStringView Joint = u"--";
 
 struct Entry
 {
@@ -23,7 +27,7 @@ void collectSites(Sdc *sdc, QVarLengthArray<Entry, 16> *entries)
 {
     if (SdcBst *site = sdc->toSdcBst())
         entries->append({site->getPsiimIdView(), site});
-    for (Sdc *child : sdc->children()) {
+    for (Sdc *child : sdc->sdcChildren()) {
         if (child)
             collectSites(child, entries);
     }
@@ -31,33 +35,20 @@ void collectSites(Sdc *sdc, QVarLengthArray<Entry, 16> *entries)
 
 } // namespace
 
-struct SdcCpxGraph::BondEnd
-{
-    SdcBst *site = nullptr;
-    qsizetype bond = 0;
-    SdcBst *partner = nullptr;
-};
-
 SdcCpxGraph::SdcCpxGraph(const QList<SdcMol *> &molSet, const QList<SdcMol *> &others,
     const QList<SdcBstBst *> &bonds, bool withStatuses)
 {
+    SdcCpxReadAhead::parts(molSet);
     addMols(molSet, others);
-    BondEnds ends;
-    for (qsizetype i = 0; i < bonds.size(); ++i) {
-        const SdcBstBst *const bond = bonds.at(i);
-        SdcBst *const first = bond ? bond->getSdcBst1() : nullptr;
-        SdcBst *const second = bond ? bond->getSdcBst2() : nullptr;
-        if (first)
-            ends.append({first, i, second});
-        if (second && second != first)
-            ends.append({second, i, first});
+    const SdcCpxBondTable held(bonds);
+    Partners partners;
+    for (const SdcCpxBondTable::Held &entry : held.entries()) {
+        const SdcMol *const mol = entry.partner ? entry.partner->getParentSdcMol() : nullptr;
+        partners.append(mol ? find(mol) : None);
     }
-    std::sort(ends.begin(), ends.end(), [](const BondEnd &a, const BondEnd &b) {
-        return a.site != b.site ? std::less<>()(a.site, b.site) : a.bond < b.bond;
-    });
     for (Mol &mol : m_mols) {
         if (mol.count > 0)
-            addTexts(mol, ends, withStatuses);
+            addTexts(mol, held, partners, withStatuses);
     }
     for (int i = 0; i < size(); ++i)
         findShape(i);
@@ -139,53 +130,49 @@ void SdcCpxGraph::addMols(const QList<SdcMol *> &molSet, const QList<SdcMol *> &
     }
 }
 
-void SdcCpxGraph::addTexts(Mol &mol, const BondEnds &ends, bool withStatuses)
+void SdcCpxGraph::addTexts(
+    Mol &mol, const SdcCpxBondTable &held, const Partners &partners, bool withStatuses)
 {
     QVarLengthArray<Entry, 16> sorted;
     collectSites(mol.mol, &sorted);
-    const auto isLess = [](const Entry &a, const Entry &b) { return a.id < b.id; };
+    const auto isLess = [](const Entry &a, const Entry &b) { return units(a.id) < units(b.id); };
     if (!std::is_sorted(sorted.cbegin(), sorted.cend(), isLess))
         std::stable_sort(sorted.begin(), sorted.end(), isLess);
 
-    mol.head.begin = m_units.size();
-    append(u"[");
-    append(mol.mol->getPsiimIdView());
-    append(HeadEnd);
-    mol.head.size = m_units.size() - mol.head.begin;
+    const qsizetype begin = m_text.size();
+    m_text.append(u'[');
+    m_text.append(mol.mol->getPsiimIdView());
+    m_text.append(HeadEnd);
+    mol.head = m_text.since(begin);
     mol.firstSite = static_cast<int>(m_sites.size());
     mol.siteCount = static_cast<int>(sorted.size());
     for (const Entry &entry : std::as_const(sorted))
-        addSite(mol, entry.site, entry.id, ends, withStatuses);
+        addSite(mol, entry.site, entry.id, held, partners, withStatuses);
 }
 
-void SdcCpxGraph::addSite(
-    Mol &mol, SdcBst *site, QStringView id, const BondEnds &ends, bool withStatuses)
+void SdcCpxGraph::addSite(Mol &mol, SdcBst *site, QStringView id, const SdcCpxBondTable &held,
+    const Partners &partners, bool withStatuses)
 {
     Site entry;
-    entry.text.begin = m_units.size();
-    append(id);
+    const qsizetype begin = m_text.size();
+    m_text.append(id);
     if (withStatuses)
         appendStatus(site);
-    append(u"--");
-    const auto end = std::lower_bound(
-        ends.cbegin(), ends.cend(), site, [](const BondEnd &bondEnd, const SdcBst *wanted) {
-            return std::less<>()(bondEnd.site, wanted);
-        });
-    if (end == ends.cend() || end->site != site) {
-        append(u"0");
-    } else if (end->partner) { // a bond that has lost its other site leads nowhere
-        append(end->partner->getPsiimIdView());
-        if (withStatuses)
-            appendStatus(end->partner);
-        if (const SdcMol *partnerMol = end->partner->getParentSdcMol())
-            entry.partner = find(partnerMol);
+    m_text.append(Joint);
+    if (const int number = held.find(site); number == None) {
+        m_text.append(u'0');
+    } else {
+        const SdcCpxBondTable::Held &end = held.entries()[number];
+        if (end.partner) { // a bond that has lost its other site leads nowhere
+            m_text.append(end.partner->getPsiimIdView());
+            if (withStatuses)
+                appendStatus(end.partner);
+        }
+        entry.partner = partners[number];
+        mol.doublyBound = mol.doublyBound || end.twice;
+        m_hasDoublyBound = m_hasDoublyBound || end.twice;
     }
-    if (end != ends.cend() && end->site == site && end + 1 != ends.cend()
-        && (end + 1)->site == site) {
-        mol.doublyBound = true;
-        m_hasDoublyBound = true;
-    }
-    entry.text.size = m_units.size() - entry.text.begin;
+    entry.text = m_text.since(begin);
     m_sites.append(entry);
 }
 
@@ -205,7 +192,7 @@ void SdcCpxGraph::findShape(int number)
 bool SdcCpxGraph::haveSameTexts(const Mol &a, const Mol &b) const
 {
     if (a.siteCount != b.siteCount || a.head.size != b.head.size
-        || text(ownTexts(a)) != text(ownTexts(b)))
+        || units(text(ownTexts(a))) != units(text(ownTexts(b))))
         return false;
     for (int i = 0; i < a.siteCount; ++i) {
         if (m_sites[a.firstSite + i].text.size != m_sites[b.firstSite + i].text.size)
@@ -225,7 +212,7 @@ SdcCpxGraph::Piece SdcCpxGraph::ownTexts(const Mol &mol) const
 
 void SdcCpxGraph::appendStatus(SdcBst *site)
 {
-    append(u"(");
-    append(SdcBst::bindingStatusName(site->getBindingStatus()));
-    append(u")");
+    m_text.append(u'(');
+    m_text.append(SdcBst::bindingStatusName(site->getBindingStatus()));
+    m_text.append(u')');
 }

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxText.h"
+
 #include <QList>
 #include <QStringView>
 #include <QVarLengthArray>
 
 class SdcBst;
 class SdcBstBst;
+class SdcCpxBondTable;
 class SdcMol;
 
 /// Molecules and the bonds between them as tables, with the texts that signatures are made of.
@@ -17,12 +20,7 @@ class SdcCpxGraph
 public:
     static constexpr int None = -1;
 
-    /// A piece of the text that all molecules share.
-    struct Piece
-    {
-        qsizetype begin = 0;
-        qsizetype size = 0;
-    };
+    using Piece = SdcCpxTexts::Piece; ///< of the text that all molecules share
 
     /// A binding site: "id--id of the partner" or "id--0".
     struct Site
@@ -51,10 +49,7 @@ public:
     int size() const { return static_cast<int>(m_mols.size()); }
     const Mol &mol(int number) const { return m_mols[number]; }
     const Site &site(int number) const { return m_sites[number]; }
-    QStringView text(const Piece &piece) const
-    {
-        return {m_units.constData() + piece.begin, piece.size};
-    }
+    QStringView text(const Piece &piece) const { return m_text.view(piece); }
     /// The beginning of a molecule's text, which tells the first molecule from the others.
     QStringView head(int number) const;
     int first() const { return m_first; }
@@ -71,21 +66,21 @@ public:
     void clearRanks();
 
 private:
-    struct BondEnd;
-    using BondEnds = QVarLengthArray<BondEnd, 32>;
+    using Partners = QVarLengthArray<int, 32>; // the partner's molecule for each entry of a table
 
     void addMols(const QList<SdcMol *> &molSet, const QList<SdcMol *> &others);
-    void addTexts(Mol &mol, const BondEnds &ends, bool withStatuses);
-    void addSite(Mol &mol, SdcBst *site, QStringView id, const BondEnds &ends, bool withStatuses);
+    void addTexts(
+        Mol &mol, const SdcCpxBondTable &held, const Partners &partners, bool withStatuses);
+    void addSite(Mol &mol, SdcBst *site, QStringView id, const SdcCpxBondTable &held,
+        const Partners &partners, bool withStatuses);
     void findShape(int number);
     bool haveSameTexts(const Mol &a, const Mol &b) const;
     Piece ownTexts(const Mol &mol) const;
-    void append(QStringView text) { m_units.append(text.utf16(), text.size()); }
     void appendStatus(SdcBst *site);
 
     QVarLengthArray<Mol, 16> m_mols; // in order of their addresses
     QVarLengthArray<Site, 64> m_sites;
-    QVarLengthArray<char16_t, 1024> m_units;
+    SdcCpxText<1024> m_text;
     QVarLengthArray<char16_t, 64> m_firstHead;
     int m_first = None;
     bool m_hasDoublyBound = false;

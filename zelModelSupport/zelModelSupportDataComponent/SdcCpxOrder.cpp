@@ -6,6 +6,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpxRanking.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxText.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <QDebug>
@@ -20,33 +21,75 @@ using Ties = SdcCpxRanking::Ties;
 
 namespace {
 
-// "(mol-0)s2-(mol-1)t1", the sites in order of their texts.
-void appendSiteText(QString *text, SdcBst *site, const Mols &mols)
-{
-    *text += QLatin1String("(mol-");
-    *text += QString::number(mols.indexOf(site->getParentSdcMol()));
-    *text += u')';
-    *text += site->getPsiimIdView();
-}
+using SdcCpxTexts::units;
 
-QString interactionText(const SdcBstBst *bond, const Mols &mols)
+constexpr QStringView Comma = u", ";
+
+/// The bonds of a fingerprint: "(mol-0)s2-(mol-1)t1", the sites in order of their texts.
+class BondTexts
 {
-    SdcBst *const site1 = bond->getSdcBst1();
-    SdcBst *const site2 = bond->getSdcBst2();
-    QString first;
-    first.reserve(48);
-    if (site1)
-        appendSiteText(&first, site1, mols);
-    if (!site2)
-        return first;
-    QString second;
-    second.reserve(48);
-    appendSiteText(&second, site2, mols);
-    if (second < first)
-        first.swap(second);
-    first += u'-';
-    return first += second;
-}
+public:
+    BondTexts(const Mols &mols, const Bonds &bonds) : m_mols(mols)
+    {
+        for (const SdcBstBst *bond : bonds) {
+            if (bond)
+                add(bond->getSdcBst1(), bond->getSdcBst2());
+        }
+    }
+
+    qsizetype size() const { return m_text.size(); }
+
+    void appendTo(QString *text) const
+    {
+        QVarLengthArray<QStringView, 32> sorted;
+        for (const SdcCpxTexts::Piece &piece : m_pieces)
+            sorted.append(m_text.view(piece));
+        std::sort(sorted.begin(), sorted.end(),
+            [](QStringView a, QStringView b) { return units(a) < units(b); });
+        for (qsizetype i = 0; i < sorted.size(); ++i) {
+            if (i > 0)
+                *text += Comma;
+            *text += sorted[i];
+        }
+    }
+
+private:
+    using Text = SdcCpxText<64>;
+
+    void add(SdcBst *site1, SdcBst *site2)
+    {
+        Text first;
+        Text second;
+        if (site1)
+            writeSite(site1, &first);
+        if (site2)
+            writeSite(site2, &second);
+        QStringView before = first.view();
+        QStringView behind = second.view();
+        if (site2 && units(behind) < units(before))
+            std::swap(before, behind);
+        const qsizetype begin = m_text.size();
+        m_text.append(before);
+        if (site2)
+            m_text.append(u'-');
+        m_text.append(behind);
+        m_pieces.append(m_text.since(begin));
+    }
+
+    void writeSite(SdcBst *site, Text *text) const
+    {
+        text->append(MolPlace);
+        text->appendNumber(m_mols.indexOf(site->getParentSdcMol()));
+        text->append(u')');
+        text->append(site->getPsiimIdView());
+    }
+
+    static constexpr QStringView MolPlace = u"(mol-";
+
+    const Mols &m_mols;
+    SdcCpxText<1024> m_text;
+    QVarLengthArray<SdcCpxTexts::Piece, 32> m_pieces;
+};
 
 } // namespace
 
@@ -158,7 +201,7 @@ void SdcCpx::reRankMols(bool considerBstStatus, bool considerMcpState)
     const Mols ranked = ranking.canonicalOrder(
         m_specisStaticSymmetryState == AsymmetricSpecies, considerBstStatus, considerMcpState);
 
-    const QList<Sdc *> before = children();
+    const QList<Sdc *> before = sdcChildren();
     QList<Sdc *> after;
     QList<int> prevIndices;
     after.reserve(before.size());
@@ -186,7 +229,7 @@ void SdcCpx::reRankMols(bool considerBstStatus, bool considerMcpState)
 
 QList<int> SdcCpx::getListMolPosMap() const
 {
-    const qsizetype count = children().size();
+    const qsizetype count = sdcChildren().size();
     if (m_listMolPrevIndices.size() == count)
         return m_listMolPrevIndices;
     QList<int> map;
@@ -295,26 +338,24 @@ QString SdcCpx::getCpxFingerPrint()
 
 QString SdcCpx::getCpxFingerPrint(const Mols &listMol, const Bonds &listSbb)
 {
-    QStringList interactions;
-    interactions.reserve(listSbb.size());
-    for (const SdcBstBst *bond : listSbb) {
-        if (bond)
-            interactions.append(interactionText(bond, listMol));
-    }
-    interactions.sort();
-    QString text = QStringLiteral("Mols[");
-    text.reserve(16 * listMol.size() + 32 * interactions.size() + 32);
+    static constexpr QStringView molsBegin = u"Mols[";
+    static constexpr QStringView molsEnd = u"]; Interactions[";
+    BondTexts bondTexts(listMol, listSbb);
+    qsizetype size = molsBegin.size() + molsEnd.size() + bondTexts.size();
+    size += Comma.size() * (listMol.size() + listSbb.size()) + 1;
+    for (const SdcMol *mol : listMol)
+        size += mol ? mol->getPsiimIdView().size() : 0;
+    QString text;
+    text.reserve(size);
+    text += molsBegin;
     for (qsizetype i = 0; i < listMol.size(); ++i) {
         if (i > 0)
-            text += QLatin1String(", ");
+            text += Comma;
         if (const SdcMol *mol = listMol.at(i))
             text += mol->getPsiimIdView();
     }
-    text += QLatin1String("]; Interactions[");
-    for (qsizetype i = 0; i < interactions.size(); ++i) {
-        if (i > 0)
-            text += QLatin1String(", ");
-        text += interactions.at(i);
-    }
-    return text + u']';
+    text += molsEnd;
+    bondTexts.appendTo(&text);
+    text += u']';
+    return text;
 }

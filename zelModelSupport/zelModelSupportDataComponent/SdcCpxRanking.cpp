@@ -2,12 +2,13 @@
 
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCodeWriter.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <QDebug>
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
@@ -17,7 +18,7 @@ constexpr int None = SdcCpxGraph::None;
 
 SdcCpxRanking::SdcCpxRanking(
     const Mols &molSet, const Bonds &bonds, bool withStatuses, const Mols &others)
-    : m_molSet(molSet), m_bonds(bonds), m_graph(molSet, others, bonds, withStatuses),
+    : m_bonds(bonds), m_graph(molSet, others, bonds, withStatuses), m_molSet(numbersOf(molSet)),
       m_signature(m_graph)
 {
 }
@@ -59,11 +60,35 @@ SdcMol *SdcCpxRanking::constFront(const Mols &candidates, Ties ties)
 
 SdcCpxRanking::Mols SdcCpxRanking::ranked(const Mols &mols, Ties ties)
 {
+    return molsOf(rank(numbersOf(mols), ties));
+}
+
+SdcCpxRanking::Mols SdcCpxRanking::frontSet(bool considerBstStatus)
+{
+    return molsOf(frontNumbers(considerBstStatus));
+}
+
+SdcCpxRanking::Mols SdcCpxRanking::canonicalOrder(
+    bool isAsymmetric, bool considerBstStatus, bool considerMcpState)
+{
+    if (isAsymmetric)
+        return molsOf(rank(m_molSet, Ties::KeepEarlier));
+    const Numbers candidates = frontNumbers(considerBstStatus);
+    std::optional<Numbers> order;
+    const int first = candidates.size() >= 2 && considerMcpState ? firstByState(candidates, &order)
+                                                                 : firstByPosition(candidates);
+    if (order)
+        return molsOf(*order);
+    m_graph.setFirst(first);
+    return molsOf(rank(m_molSet, Ties::ReportAndDrop));
+}
+
+SdcCpxRanking::Numbers SdcCpxRanking::rank(Numbers remaining, Ties ties)
+{
     m_graph.clearRanks();
-    Numbers remaining = numbersOf(mols);
-    Mols result;
-    result.reserve(mols.size());
-    for (qsizetype pass = 0; pass < mols.size() && !remaining.isEmpty(); ++pass) {
+    Numbers result;
+    const qsizetype passes = remaining.size();
+    for (qsizetype pass = 0; pass < passes && !remaining.isEmpty(); ++pass) {
         const int reportsBefore = m_tieReports;
         const int front = constFront(remaining, ties);
         if (isNull(front)) {
@@ -73,7 +98,7 @@ SdcCpxRanking::Mols SdcCpxRanking::ranked(const Mols &mols, Ties ties)
             continue;
         }
         m_graph.setRank(front, static_cast<int>(result.size()));
-        result.append(molOf(front));
+        result.append(front);
         remaining.resize(
             std::remove(remaining.begin(), remaining.end(), front) - remaining.begin());
     }
@@ -81,52 +106,66 @@ SdcCpxRanking::Mols SdcCpxRanking::ranked(const Mols &mols, Ties ties)
     return result;
 }
 
-SdcCpxRanking::Mols SdcCpxRanking::frontSet(bool considerBstStatus)
+SdcCpxRanking::Numbers SdcCpxRanking::frontNumbers(bool considerBstStatus)
 {
     // Known already, unless finding it reports something.
     if (!m_frontSet || m_graph.hasDoublyBound())
         m_frontSet = frontSetOf(m_molSet);
     if (m_frontSet->size() < 2 || !considerBstStatus)
         return *m_frontSet;
-    return SdcCpxRanking(*m_frontSet, m_bonds, true).frontSetOf(*m_frontSet);
+    SdcCpxRanking withStatuses(molsOf(*m_frontSet), m_bonds, true);
+    return numbersOf(withStatuses.molsOf(withStatuses.frontSetOf(withStatuses.m_molSet)));
 }
 
-SdcCpxRanking::Mols SdcCpxRanking::canonicalOrder(
-    bool isAsymmetric, bool considerBstStatus, bool considerMcpState)
+SdcCpxRanking::Numbers SdcCpxRanking::frontSetOf(const Numbers &mols)
 {
-    if (isAsymmetric)
-        return ranked(m_molSet, Ties::KeepEarlier);
-    Mols candidates = frontSet(considerBstStatus);
-    SdcMol *firstMol = nullptr;
-    Mols order;
-    bool isOrderKnown = false;
-    if (candidates.size() >= 2 && considerMcpState) {
-        QString bestSignature;
-        bool hasBest = false;
-        for (SdcMol *mol : std::as_const(candidates)) {
-            const int reportsBefore = m_tieReports;
-            setFirstMol(mol);
-            const Mols molOrder = ranked(m_molSet, Ties::ReportAndDrop);
-            const QString signature = SdcCpxStateCode::signature(molOrder, true);
-            const bool isBetter = !hasBest || signature < bestSignature;
-            if (!isBetter && signature != bestSignature)
-                continue;
-            if (isBetter || mol->getPosIndex() < firstMol->getPosIndex()) {
-                firstMol = mol;
-                order = molOrder;
-                isOrderKnown = m_tieReports == reportsBefore && !m_graph.hasDoublyBound();
-            }
-            bestSignature = signature;
-            hasBest = true;
+    m_graph.setFirst(None);
+    Numbers set;
+    for (int number : mols) {
+        const int result = set.isEmpty() ? number : front(set.first(), number);
+        if (!set.isEmpty() && isNull(result)) {
+            set.append(number);
+        } else if (set.isEmpty() || result != set.first()) {
+            set.clear();
+            set.append(number);
         }
-    } else if (!candidates.isEmpty()) {
-        firstMol = *std::min_element(candidates.cbegin(), candidates.cend(),
-            [](const SdcMol *a, const SdcMol *b) { return a->getPosIndex() < b->getPosIndex(); });
     }
-    if (isOrderKnown)
-        return order;
-    setFirstMol(firstMol);
-    return ranked(m_molSet, Ties::ReportAndDrop);
+    return set;
+}
+
+// The candidate whose order has the least state code. The order is known as well, unless finding
+// it again reports something.
+int SdcCpxRanking::firstByState(const Numbers &candidates, std::optional<Numbers> *order)
+{
+    Numbers all(m_graph.size());
+    std::iota(all.begin(), all.end(), 0);
+    SdcCpxStateCodeWriter writer(molsOf(all), SdcCpxStateCodeWriter::StatesAndBindings);
+    QString bestText;
+    int best = None;
+    for (int number : candidates) {
+        const int reportsBefore = m_tieReports;
+        m_graph.setFirst(number);
+        const Numbers ranked = rank(m_molSet, Ties::ReportAndDrop);
+        const QString text =
+            writer.text({ranked.cbegin(), ranked.cend()}, true, SdcCpxStateCodeWriter::Bare);
+        const bool isBetter = best == None || text < bestText;
+        if (!isBetter
+            && (text != bestText || molOf(number)->getPosIndex() >= molOf(best)->getPosIndex()))
+            continue;
+        best = number;
+        bestText = text;
+        order->reset();
+        if (m_tieReports == reportsBefore && !m_graph.hasDoublyBound())
+            *order = ranked;
+    }
+    return best;
+}
+
+int SdcCpxRanking::firstByPosition(const Numbers &candidates) const
+{
+    const auto at = std::min_element(candidates.cbegin(), candidates.cend(),
+        [this](int a, int b) { return molOf(a)->getPosIndex() < molOf(b)->getPosIndex(); });
+    return at == candidates.cend() ? None : *at;
 }
 
 int SdcCpxRanking::front(int a, int b)
@@ -176,24 +215,13 @@ SdcCpxRanking::Numbers SdcCpxRanking::numbersOf(const Mols &mols) const
     return numbers;
 }
 
-SdcCpxRanking::Mols SdcCpxRanking::frontSetOf(const Mols &mols)
+SdcCpxRanking::Mols SdcCpxRanking::molsOf(const Numbers &numbers) const
 {
-    if (mols.isEmpty())
-        return {};
-    m_graph.setFirst(None);
-    int first = m_graph.find(mols.first());
-    Mols set{mols.first()};
-    for (qsizetype i = 1; i < mols.size(); ++i) {
-        const int number = m_graph.find(mols.at(i));
-        const int result = front(first, number);
-        if (isNull(result)) {
-            set.append(mols.at(i));
-        } else if (result != first) {
-            first = result;
-            set = {mols.at(i)};
-        }
-    }
-    return set;
+    Mols mols;
+    mols.reserve(numbers.size());
+    for (int number : numbers)
+        mols.append(molOf(number));
+    return mols;
 }
 
 SdcMol *SdcCpxRanking::molOf(int number) const

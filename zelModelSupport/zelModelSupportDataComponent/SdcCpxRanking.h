@@ -53,15 +53,20 @@ private:
     int front(int a, int b);
     int constFront(int a, int b, Ties ties);
     int constFront(const Numbers &candidates, Ties ties);
+    Numbers rank(Numbers remaining, Ties ties);
+    Numbers frontNumbers(bool considerBstStatus);
+    Numbers frontSetOf(const Numbers &mols);
+    int firstByState(const Numbers &candidates, std::optional<Numbers> *order);
+    int firstByPosition(const Numbers &candidates) const;
     Numbers numbersOf(const Mols &mols) const;
-    Mols frontSetOf(const Mols &mols);
+    Mols molsOf(const Numbers &numbers) const;
     SdcMol *molOf(int number) const;
     bool isNull(int number) const { return !molOf(number); }
 
-    const Mols m_molSet;
     const Bonds m_bonds;
     SdcCpxGraph m_graph;
+    const Numbers m_molSet;
     SdcCpxSignature m_signature;
-    std::optional<Mols> m_frontSet; // without statuses
+    std::optional<Numbers> m_frontSet; // without statuses
     int m_tieReports = 0;
 };

@@ -3,31 +3,28 @@
 #include <QDebug>
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <string>
 
 namespace {
 
 constexpr int None = SdcCpxGraph::None;
 
-/// Room for "[rankedNeighborMol-7]".
+/// "[rankedNeighborMol-7]".
 class RankText
 {
 public:
     QStringView view(int rank)
     {
         static constexpr QStringView begin = u"[rankedNeighborMol-";
-        std::array<char, 12> digits{};
-        const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), rank);
-        char16_t *end = std::copy_n(begin.utf16(), begin.size(), m_units.data());
-        end = std::copy(digits.data(), result.ptr, end);
-        *end++ = u']';
-        return {m_units.data(), end};
+        m_text.clear();
+        m_text.append(begin);
+        m_text.appendNumber(rank);
+        m_text.append(u']');
+        return m_text.view();
     }
 
 private:
-    std::array<char16_t, 32> m_units{};
+    SdcCpxText<32> m_text;
 };
 
 int compareUnits(QStringView a, QStringView b, qsizetype count)
@@ -142,8 +139,7 @@ QString SdcCpxSignature::text(int number)
 
 QString SdcCpxSignature::textToReport(int number)
 {
-    const bool isEmpty =
-        m_graph.mol(number).count == 0 || (m_graph.hasDoublyBound() && reachesDoublyBound(number));
+    const bool isEmpty = m_graph.mol(number).count == 0 || reachesDoublyBound(number);
     return isEmpty ? QString() : write(number, MaxReportSize);
 }
 
@@ -167,7 +163,7 @@ bool SdcCpxSignature::isEmpty(int number)
 {
     if (m_graph.mol(number).count == 0)
         return true;
-    if (!m_graph.hasDoublyBound() || !reachesDoublyBound(number))
+    if (!reachesDoublyBound(number))
         return false;
     qDebug() << "zelModelSupport/zelModelSupportDataComponent/SdcCpx" << 2042 << "Error found";
     return true;
@@ -175,6 +171,8 @@ bool SdcCpxSignature::isEmpty(int number)
 
 bool SdcCpxSignature::reachesDoublyBound(int number)
 {
+    if (!m_graph.hasDoublyBound())
+        return false;
     QVarLengthArray<bool, 64> seen(m_graph.size());
     std::fill(seen.begin(), seen.end(), false);
     QVarLengthArray<int, 64> reached{number};

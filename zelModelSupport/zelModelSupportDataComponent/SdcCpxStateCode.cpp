@@ -1,7 +1,6 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
 
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
@@ -14,157 +13,11 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cstdlib>
 
 namespace {
 
 constexpr QLatin1String OffSuffix("(-)");
 constexpr QLatin1String DontCareSuffix("(0)");
-
-/// Writes the texts. Signatures are compared by the hundred while a complex is ranked: all goes
-/// into one reserved text, and the tree is walked in place.
-class Writer
-{
-public:
-    enum Content { BindingsOnly, StatesAndBindings };
-
-    Writer(qsizetype molCount, Content content, bool withMolPsiimId)
-        : m_content(content), m_withMolPsiimId(withMolPsiimId)
-    {
-        m_text.reserve(16 + molCount * ExpectedMolLength);
-    }
-
-    void writeMols(const QList<SdcMol *> &mols)
-    {
-        for (qsizetype i = 0; i < mols.size(); ++i) {
-            if (SdcMol *mol = mols.at(i))
-                writeMol(mol, i + 1);
-        }
-    }
-
-    void append(QLatin1String text) { m_text += text; }
-    QString text() const { return m_text; }
-
-private:
-    static constexpr qsizetype ExpectedMolLength = 384;
-
-    void appendNumber(qsizetype number)
-    {
-        std::array<char, 20> digits;
-        const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
-        m_text += QLatin1String(digits.data(), static_cast<qsizetype>(end - digits.data()));
-    }
-
-    void appendPos(qsizetype pos)
-    {
-        append(QLatin1String(" pos=\""));
-        appendNumber(pos);
-        m_text += u'"';
-    }
-
-    void appendId(Sdc *sdc)
-    {
-        append(QLatin1String(" id=\""));
-        m_text += sdc->getPsiimIdView();
-        m_text += u'"';
-    }
-
-    void writeMol(SdcMol *mol, qsizetype pos)
-    {
-        append(QLatin1String("<mol"));
-        if (m_withMolPsiimId)
-            appendId(mol);
-        appendPos(pos);
-        m_text += u'>';
-        m_cpx = mol->getParentSdcCpx();
-        qsizetype count = 0;
-        writeMcps(mol, &count);
-        append(QLatin1String("</mol>"));
-    }
-
-    void writeMcps(Sdc *sdc, qsizetype *count)
-    {
-        if (SdcMcp *mcp = sdc->toSdcMcp())
-            writeMcp(mcp, ++*count);
-        for (Sdc *child : sdc->children()) {
-            if (child && !child->isSdcBst())
-                writeMcps(child, count);
-        }
-    }
-
-    void writeMcp(SdcMcp *mcp, qsizetype pos)
-    {
-        append(QLatin1String("<mcp"));
-        appendPos(pos);
-        if (m_content == StatesAndBindings)
-            writeStates(mcp);
-        m_text += u'>';
-        qsizetype count = 0;
-        writeSites(mcp, &count);
-        append(QLatin1String("</mcp>"));
-    }
-
-    void writeStates(SdcMcp *mcp)
-    {
-        const QList<ZelRectItemMcpSticky *> stickies = mcp->getListSticky();
-        qsizetype end = 0; // behind the last state that is set
-        for (qsizetype i = 0; i < stickies.size(); ++i) {
-            if (!stickies.at(i)) {
-                // A component that has lost a feature would be stored as another one.
-                qDebug() << "Error found at QString SdcCpx::getMcpStateCodeSignature(const "
-                            "QList<SdcMol *> & listSdcMol, bool withMolPsiimId)";
-                std::exit(1);
-            }
-            const int state = stickies.at(i)->getStateType();
-            if (state == ComponentStateOff || state == ComponentStateOn)
-                end = i + 1;
-        }
-        if (mcp->getProperty(SdcProperty::Negation) == u'1')
-            append(QLatin1String(" not=\"1\""));
-        append(QLatin1String(" states=\""));
-        for (qsizetype i = 0; i < end; ++i) {
-            if (i > 0)
-                m_text += u';';
-            appendNumber(i);
-            const int state = stickies.at(i)->getStateType();
-            if (state == ComponentStateOff)
-                append(OffSuffix);
-            else if (state != ComponentStateOn)
-                append(DontCareSuffix);
-        }
-        m_text += u'"';
-    }
-
-    void writeSites(Sdc *sdc, qsizetype *count)
-    {
-        if (SdcBst *bst = sdc->toSdcBst())
-            writeSite(bst, ++*count);
-        for (Sdc *child : sdc->children()) {
-            if (child)
-                writeSites(child, count);
-        }
-    }
-
-    void writeSite(SdcBst *bst, qsizetype pos)
-    {
-        append(QLatin1String("<bst"));
-        appendId(bst);
-        appendPos(pos);
-        const BindingStatusType status = bst->getBindingStatusIn(m_cpx);
-        if (status == BindingStatusBound)
-            append(QLatin1String(" bindingStatus=\"Bound\""));
-        else if (status == BindingStatusUnbound)
-            append(QLatin1String(" bindingStatus=\"Unbound\""));
-        append(QLatin1String(" />"));
-    }
-
-    QString m_text;
-    const SdcCpx *m_cpx = nullptr; // that of the molecule that is being written
-    Content m_content;
-    bool m_withMolPsiimId;
-};
 
 /// Reads a state code, then sets what it says: nothing when it is not well-formed.
 ///
@@ -361,9 +214,9 @@ private:
         QStringList texts;
         for (qsizetype i = 0; i < std::min(names.size(), parts.size()); ++i) {
             QString text = names.at(i);
-            if (stateOf(parts.at(i)) == ComponentStateOff)
+            if (SdcCpxStateCode::stateOf(parts.at(i)) == ComponentStateOff)
                 text += OffSuffix;
-            else if (stateOf(parts.at(i)) == ComponentStateDontCare)
+            else if (SdcCpxStateCode::stateOf(parts.at(i)) == ComponentStateDontCare)
                 text += DontCareSuffix;
             texts.append(text);
         }
@@ -371,19 +224,12 @@ private:
         const QList<ZelRectItemMcpSticky *> stickies = mcp->getListSticky();
         for (qsizetype i = 0; i < names.size(); ++i) {
             const ComponentStateType state =
-                i < parts.size() ? stateOf(parts.at(i)) : ComponentStateDontCare;
+                i < parts.size() ? SdcCpxStateCode::stateOf(parts.at(i)) : ComponentStateDontCare;
             if (ZelRectItemMcpSticky *sticky = stickies.value(i))
                 sticky->setStateType(state, false);
             else
                 reportMissingSticky();
         }
-    }
-
-    static ComponentStateType stateOf(QStringView part)
-    {
-        if (part.endsWith(OffSuffix))
-            return ComponentStateOff;
-        return part.endsWith(DontCareSuffix) ? ComponentStateDontCare : ComponentStateOn;
     }
 
     void reportMissingSticky() const
@@ -418,22 +264,6 @@ private:
 
 namespace SdcCpxStateCode {
 
-QString signature(const QList<SdcMol *> &mols, bool withMolPsiimId)
-{
-    Writer writer(mols.size(), Writer::StatesAndBindings, withMolPsiimId);
-    writer.writeMols(mols);
-    return writer.text();
-}
-
-QString bindingCode(const QList<SdcMol *> &mols)
-{
-    Writer writer(mols.size(), Writer::BindingsOnly, true);
-    writer.append(QLatin1String("<cpx>"));
-    writer.writeMols(mols);
-    writer.append(QLatin1String("</cpx>"));
-    return writer.text();
-}
-
 void apply(SdcCpx *cpx, const QString &stateCode, bool loadBindingStatus, MolPositions positions)
 {
     if (!cpx)
@@ -442,6 +272,13 @@ void apply(SdcCpx *cpx, const QString &stateCode, bool loadBindingStatus, MolPos
     cpx->setAllBstStatus(BindingStatusUnspecified);
     if (!stateCode.isEmpty())
         Loader(cpx, stateCode, positions).read(loadBindingStatus);
+}
+
+ComponentStateType stateOf(QStringView part)
+{
+    if (part.endsWith(OffSuffix))
+        return ComponentStateOff;
+    return part.endsWith(DontCareSuffix) ? ComponentStateDontCare : ComponentStateOn;
 }
 
 } // namespace SdcCpxStateCode

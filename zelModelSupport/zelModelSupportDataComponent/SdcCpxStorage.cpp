@@ -148,6 +148,8 @@ bool SdcCpx::saveToDbCpx()
 
 bool SdcCpx::adoptStoredSpecies()
 {
+    if (!areAllConnected())
+        return false; // no species at all
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     const QString fingerPrint = getCpxFingerPrint();
     const QString id = db ? db->cpxGetPsiimIdFromFingerPrint(fingerPrint) : QString();

@@ -62,8 +62,6 @@ public slots:
 private:
     friend class SdcBstBst;
     void forgetBond(SdcBstBst *bond);
-    SdcCpx *addCpx(const QString &cpaPsiimId, const QDomElement &layout, ZelSceneCxi *scene,
-        const QPointF &refPos);
     SdcBstBstCxi *makeBond(SdcBst *site1, SdcBst *site2, ZelSceneCxi *scene);
     /// The layout with the complexes in the order of the bond's sites.
     QString layoutOfBond(SdcBstBstCxi *bond);

@@ -1,7 +1,5 @@
 // How associations are read into complex interactions and written from them.
 
-#include "zelDb/ZelDb.h"
-#include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBstCxi.h"
 #include "zelModelSupport/graphics/ZelSceneCxi.h"
@@ -23,20 +21,26 @@ constexpr char SaveFunction[] = "bool SdcCxi::saveToDb()";
 constexpr char LoadFunction[] = "bool SdcCxi::loadFromDb(const QString & caiPsiimId, "
                                 "ZelSceneCxi * scene)";
 
+constexpr StoredProperty namesOnly[]{
+    {SdcProperty::ShortName, ZelDbColumn::ShortName}, {SdcProperty::Name, ZelDbColumn::Name}};
+constexpr StoredProperty qualifiers[]{{SdcProperty::Geometry, ZelDbColumn::Geometry},
+    {SdcProperty::BindingType, ZelDbColumn::BindingType}};
+
 bool isIntraComplex(const QString &geometry)
 {
     return geometry != QLatin1String(ZelGeometry::Plane)
         && geometry != QLatin1String(ZelGeometry::Space);
 }
 
-/// One end of a bond as it is stored.
-struct End
+/// Whether the association closes a ring in one complex. A site does not bind itself: where both
+/// ends are one, the complex binds another one of its kind, even if no geometry says so.
+bool isIntraComplex(const ZelDbRecord &record)
 {
-    QString cpaPsiimId;
-    QString bstPsiimId;
-    QString molPos;
-    QString cpxName;
-};
+    using namespace ZelDbColumn;
+    return isIntraComplex(record.value(Geometry)) && record.value(CaiCpa1) == record.value(CaiCpa2)
+        && (record.value(Bst1) != record.value(Bst2)
+            || record.value(MolPos1) != record.value(MolPos2));
+}
 
 /// Writes the association of one bond, and the dissociation that undoes it.
 class BondSaver
@@ -47,22 +51,21 @@ public:
     /// Why the bond cannot be stored; empty when it can.
     QString findObstacle()
     {
+        if (!m_bond->getSdcBst2())
+            return QStringLiteral("a bond needs two sites");
         for (auto &[site, end] :
             {std::pair(m_bond->getSdcBst1(), &m_end1), std::pair(m_bond->getSdcBst2(), &m_end2)}) {
-            if (!site)
-                return QStringLiteral("a bond needs two sites");
             SdcMol *const mol = site->getParentSdcMol();
             SdcCpx *const cpx = site->getParentSdcCpx();
             if (!mol || !cpx || mol->getParentSdc() != cpx || cpx->getParentSdc() != m_cxi
                 || cpx->getPosIndex() < 0)
                 return QStringLiteral("a bound site belongs to none of its complexes");
-            *end = {aliasOf(cpx), site->getPsiimId(), QString::number(mol->getPosIndex()),
-                cpx->getProperty(SdcProperty::CpaShortName)};
+            *end = endOf(site);
             if (end->cpaPsiimId.isEmpty() || end->bstPsiimId.isEmpty())
                 return QStringLiteral("a complex is not stored in its present states yet, save it "
                                       "first");
         }
-        if (m_bond->hasProperty(SdcProperty::Geometry)
+        if (!p(SdcProperty::Geometry).isEmpty()
             && m_bond->isIntraComplex() != isIntraComplex(p(SdcProperty::Geometry)))
             return QStringLiteral("the geometry \"%1\" does not fit a bond %2")
                 .arg(p(SdcProperty::Geometry),
@@ -76,38 +79,37 @@ public:
 
     bool save(Assignments *assignments, const QString &layout, ZelDbSqliteModel *db)
     {
-        if (!m_bond->hasProperty(SdcProperty::Geometry))
+        if (p(SdcProperty::Geometry).isEmpty())
             assignments->assign(m_bond, SdcProperty::Geometry, m_bond->getDefaultGeometry());
         if (p(SdcProperty::AssociationRate).isEmpty())
             assignments->assign(
                 m_bond, SdcProperty::AssociationRate, m_bond->getDefaultAssocRateFromMli());
         if (p(SdcProperty::PsiimId).isEmpty())
-            assignments->assign(m_bond, SdcProperty::PsiimId, storedId(db));
-        if (!assignId(assignments, m_bond, ZelDb::Cai, db))
+            assignments->assign(
+                m_bond, SdcProperty::PsiimId, findAssociation(m_bond, m_end1, m_end2, true, db));
+        if (!assignIdAndShortName(assignments, m_bond, ZelDb::Cai, "cai", defaultName(), db))
             return false;
-        assignShortName(assignments, m_bond, "cai",
-            m_bond->isIntraComplex() ? m_end1.cpxName : m_end1.cpxName + u'.' + m_end2.cpxName, db);
-        const ZelDbRecord record{{ZelDbColumn::PsiimId, p(SdcProperty::PsiimId)},
-            {ZelDbColumn::ShortName, p(SdcProperty::ShortName)},
-            {ZelDbColumn::Name, p(SdcProperty::Name)}, {ZelDbColumn::Notes, p(SdcProperty::Notes)},
-            {ZelDbColumn::AssociationRate, p(SdcProperty::AssociationRate)},
-            {ZelDbColumn::CaiCpa1, m_end1.cpaPsiimId}, {ZelDbColumn::CaiCpa2, m_end2.cpaPsiimId},
-            {ZelDbColumn::CaiResultCpa, p(SdcProperty::ResultCpaPsiimId)},
-            {ZelDbColumn::Bst1, m_end1.bstPsiimId}, {ZelDbColumn::MolPos1, m_end1.molPos},
-            {ZelDbColumn::Bst2, m_end2.bstPsiimId}, {ZelDbColumn::MolPos2, m_end2.molPos},
-            {ZelDbColumn::BindingType, p(SdcProperty::BindingType)},
-            {ZelDbColumn::Geometry, p(SdcProperty::Geometry)}, {ZelDbColumn::GraphicsInfo, layout}};
+        ZelDbRecord record = recordOf(m_bond, caiProperties);
+        record.insert(recordOf(m_bond, qualifiers));
+        record.insert({{ZelDbColumn::CaiCpa1, m_end1.cpaPsiimId},
+            {ZelDbColumn::CaiCpa2, m_end2.cpaPsiimId}, {ZelDbColumn::Bst1, m_end1.bstPsiimId},
+            {ZelDbColumn::MolPos1, m_end1.molPos}, {ZelDbColumn::Bst2, m_end2.bstPsiimId},
+            {ZelDbColumn::MolPos2, m_end2.molPos}, {ZelDbColumn::GraphicsInfo, layout}});
         return db->caiInsert(record) && writeReferences(m_bond, "cai", db) && saveDissociation(db);
     }
 
 private:
     QString p(int key) const { return m_bond->getProperty(key); }
 
-    QString storedId(ZelDbSqliteModel *db) const
+    QString defaultName() const
     {
-        return db->caiGetPsiimId(m_end1.cpaPsiimId, m_end1.bstPsiimId, m_end1.molPos,
-            m_end2.cpaPsiimId, m_end2.bstPsiimId, m_end2.molPos, p(SdcProperty::Geometry),
-            p(SdcProperty::BindingType), true);
+        const QString name1 = cpxNameOf(m_bond->getSdcBst1());
+        return m_bond->isIntraComplex() ? name1 : name1 + u'.' + cpxNameOf(m_bond->getSdcBst2());
+    }
+
+    static QString cpxNameOf(SdcBst *site)
+    {
+        return site->getParentSdcCpx()->getProperty(SdcProperty::CpaShortName);
     }
 
     bool saveDissociation(ZelDbSqliteModel *db)
@@ -146,34 +148,18 @@ bool SdcCxi::loadDom(const QString &psiimId, const QDomElement &elt, ZelSceneCxi
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     const ZelDbRecord record = db ? db->caiGetHashInfo(psiimId) : ZelDbRecord();
     setProperty(SdcProperty::PsiimId, record.value(ZelDbColumn::PsiimId));
-    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
-    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
-    const QPointF origin = topLeftOf(elt);
-    QDomElement cpxElt = elt.firstChildElement(QStringLiteral("cpx"));
-    bool good = true;
-    int count = 0;
-    for (; !cpxElt.isNull() && count < CpxCount; ++count) {
+    readProperties(this, record, namesOnly);
+    const QList<QDomElement> cpxs = childElements(elt, "cpx").mid(0, CpxCount);
+    bool good = cpxs.size() == CpxCount;
+    for (const QDomElement &layout : cpxs) {
         auto *const cpx = new SdcCpx(db, nullptr);
-        good =
-            cpx->loadDom(cpxElt.attribute(QStringLiteral("psiimId")), cpxElt, scene, origin, false)
+        good = cpx->loadDom(layout.attribute(QStringLiteral("psiimId")), layout, scene,
+                   topLeftOf(elt), false)
             && good;
         cpx->updateBstBstCpx(scene, true);
         addSdcChild(cpx, true);
-        cpxElt = cpxElt.nextSiblingElement(QStringLiteral("cpx"));
     }
-    return good && count == CpxCount;
-}
-
-SdcCpx *SdcCxi::addCpx(
-    const QString &cpaPsiimId, const QDomElement &layout, ZelSceneCxi *scene, const QPointF &refPos)
-{
-    auto *const cpx = new SdcCpx(getZelDbSqliteModel(), nullptr);
-    const bool good = loadAlias(cpx, cpaPsiimId, layout, scene, refPos);
-    addSdcChild(cpx, true);
-    if (good)
-        return cpx;
-    report(LoadFunction, QStringLiteral("no complex in the stored states ") + cpaPsiimId);
-    return nullptr;
+    return good;
 }
 
 SdcBstBstCxi *SdcCxi::makeBond(SdcBst *site1, SdcBst *site2, ZelSceneCxi *scene)
@@ -181,13 +167,11 @@ SdcBstBstCxi *SdcCxi::makeBond(SdcBst *site1, SdcBst *site2, ZelSceneCxi *scene)
     SdcBstBst *const drawn =
         scene && scene->getSdc() == this ? scene->addBond(site1, site2) : nullptr;
     SdcBstBstCxi *bond = drawn ? drawn->toSdcBstBstCxi() : nullptr;
-    if (!bond) { // what is stored is shown, even where the user may not draw it
+    if (!bond) {
         bond =
             new SdcBstBstCxi(getZelDbSqliteModel(), scene ? static_cast<QObject *>(scene) : this);
-        bond->addSdcBst(site1);
-        bond->addSdcBst(site2);
-        if (scene)
-            scene->addBondLine(bond, new ZelLineItemBstBstCxi(false, nullptr));
+        joinSites(
+            bond, site1, site2, scene, scene ? new ZelLineItemBstBstCxi(false, nullptr) : nullptr);
     }
     bond->setSdcCpx1(site1->getParentSdcCpx());
     bond->setSdcCpx2(site2->getParentSdcCpx());
@@ -198,42 +182,32 @@ SdcBstBstCxi *SdcCxi::makeBond(SdcBst *site1, SdcBst *site2, ZelSceneCxi *scene)
 
 bool SdcCxi::loadFromDb(const QString &caiPsiimId, ZelSceneCxi *scene)
 {
-    ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    if (!db) {
-        report(LoadFunction, QStringLiteral("no database"));
+    if (!isEmpty() || !m_bonds.isEmpty())
+        return refuse(LoadFunction, QStringLiteral("the interaction is not empty, reset it first"));
+    const ZelDbRecord record = findRecord(
+        this, LoadFunction, &ZelDbSqliteModel::caiGetHashInfo, "association", caiPsiimId);
+    if (record.isEmpty())
         return false;
-    }
-    if (!isEmpty() || !m_bonds.isEmpty()) {
-        report(LoadFunction, QStringLiteral("the interaction is not empty, reset it first"));
-        return false;
-    }
-    ZelDbRecord record = db->caiGetHashInfo(caiPsiimId);
-    if (record.isEmpty()) {
-        report(LoadFunction, QStringLiteral("no association ") + caiPsiimId);
-        return false;
-    }
-    record.insert(ZelDbColumn::PsiimId, caiPsiimId);
     setProperty(SdcProperty::PsiimId, caiPsiimId);
-    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
-    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
+    readProperties(this, record, namesOnly);
 
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
     const std::array<QString, CpxCount> aliases{
         record.value(ZelDbColumn::CaiCpa1), record.value(ZelDbColumn::CaiCpa2)};
-    const QString geometry = record.value(ZelDbColumn::Geometry);
-    const bool intraComplex = aliases[0] == aliases[1] && isIntraComplex(geometry);
-    const Layouts layouts(record.value(ZelDbColumn::GraphicsInfo), "cxi", "cpx");
-    if (!layouts.error().isEmpty())
-        report(LoadFunction,
-            QStringLiteral("the layout of %1 is not readable, complexes get default places: %2")
-                .arg(caiPsiimId, layouts.error()));
-    std::array<SdcCpx *, CpxCount> cpxs{};
+    const bool intraComplex = isIntraComplex(record);
+    const Layouts layouts(
+        LoadFunction, caiPsiimId, record.value(ZelDbColumn::GraphicsInfo), "cxi", "cpx");
+    bool good = true;
     Sdc *before = nullptr;
-    for (std::size_t i = 0; i < (intraComplex ? 1 : cpxs.size()); ++i) {
+    for (std::size_t i = 0; i < (intraComplex ? 1 : aliases.size()); ++i) {
         const QDomElement layout =
             layouts.find(db->cpaGetCpxPsiimId(aliases[i]), static_cast<int>(i));
-        cpxs[i] = addCpx(
-            aliases[i], layout, scene, layout.isNull() ? placeBeside(before) : layouts.origin());
-        before = cpxs[i];
+        auto *const cpx = new SdcCpx(db, nullptr);
+        good = loadAlias(
+                   cpx, LoadFunction, aliases[i], layout, scene, layouts.refPosOf(layout, before))
+            && good;
+        addSdcChild(cpx, true); // one that is missing keeps its position
+        before = cpx;
     }
     const auto siteOf = [&](int bstColumn, int molPosColumn, const char *cpxPos) {
         return getSdcBstFromBstPsiimIdAndPosIndices(
@@ -241,24 +215,19 @@ bool SdcCxi::loadFromDb(const QString &caiPsiimId, ZelSceneCxi *scene)
     };
     SdcBst *const site1 = siteOf(ZelDbColumn::Bst1, ZelDbColumn::MolPos1, "0");
     SdcBst *const site2 = siteOf(ZelDbColumn::Bst2, ZelDbColumn::MolPos2, intraComplex ? "0" : "1");
-    if (!site1 || !site2) {
-        report(LoadFunction,
+    if (!site1 || !site2)
+        return refuse(LoadFunction,
             QStringLiteral("%1 binds a site that its complexes do not have: %2")
                 .arg(caiPsiimId, record.value(site1 ? ZelDbColumn::Bst2 : ZelDbColumn::Bst1)));
-        return false;
-    }
     SdcBstBstCxi *const bond = makeBond(site1, site2, scene);
-    bond->setProperty(SdcProperty::Geometry, geometry);
-    bond->setProperty(SdcProperty::BindingType, record.value(ZelDbColumn::BindingType));
-    bond->setPropertiesFromRecord(record);
-    bond->setProperty(
-        SdcProperty::References, db->refGetReferences(QStringLiteral("cai"), caiPsiimId));
+    readProperties(bond, record, qualifiers);
+    readProperties(bond, "cai", caiPsiimId, record, caiProperties);
     const QString cad = db->cadGetPsiimId(record.value(ZelDbColumn::CaiResultCpa), aliases[0],
         intraComplex ? QString() : aliases[1], record.value(ZelDbColumn::BindingType));
     if (!cad.isEmpty())
         bond->setProperty(SdcProperty::DissociationRate,
             db->cadGetHashInfo(cad).value(ZelDbColumn::DissociationRate));
-    return cpxs[0] && (intraComplex || cpxs[1]);
+    return good;
 }
 
 QString SdcCxi::layoutOfBond(SdcBstBstCxi *bond)
@@ -266,21 +235,18 @@ QString SdcCxi::layoutOfBond(SdcBstBstCxi *bond)
     QDomDocument doc(QStringLiteral("doc"));
     doc.setContent(getGraphicsInfo());
     QDomElement element = doc.documentElement().firstChildElement(getDomXmlTag());
-    QList<QDomElement> parts;
-    for (QDomElement part = element.firstChildElement(QStringLiteral("cpx")); !part.isNull();
-         part = part.nextSiblingElement(QStringLiteral("cpx")))
-        parts.append(part);
+    const QList<QDomElement> parts = childElements(element, "cpx");
     QList<SdcCpx *> cpxs{bond->getSdcBst1()->getParentSdcCpx()};
     if (!bond->isIntraComplex())
         cpxs.append(bond->getSdcBst2()->getParentSdcCpx());
     QList<QDomElement> kept;
     for (SdcCpx *cpx : std::as_const(cpxs)) {
-        for (const QDomElement &part : std::as_const(parts)) {
+        for (const QDomElement &part : parts) {
             if (part.attribute(QStringLiteral("posIndex")) == QString::number(cpx->getPosIndex()))
                 kept.append(part);
         }
     }
-    for (const QDomElement &part : std::as_const(parts))
+    for (const QDomElement &part : parts)
         element.removeChild(part);
     for (qsizetype i = 0; i < kept.size(); ++i) {
         kept[i].setAttribute(QStringLiteral("posIndex"), QString::number(i));
@@ -292,24 +258,20 @@ QString SdcCxi::layoutOfBond(SdcBstBstCxi *bond)
 bool SdcCxi::saveToDb()
 {
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    const auto refuse = [](const QString &why) {
-        report(SaveFunction, why);
-        return false;
-    };
     if (!db || !db->database())
-        return refuse(QStringLiteral("no database"));
+        return refuse(SaveFunction, QStringLiteral("no database"));
     QList<SdcBstBstCxi *> bonds;
     for (SdcBstBstCxi *bond : std::as_const(m_bonds)) {
         if (bond && !bonds.contains(bond))
             bonds.append(bond);
     }
     if (bonds.isEmpty())
-        return refuse(QStringLiteral("it needs a bond between two complexes"));
+        return refuse(SaveFunction, QStringLiteral("it needs a bond between two complexes"));
     std::vector<BondSaver> savers;
     for (SdcBstBstCxi *bond : std::as_const(bonds)) {
         savers.emplace_back(this, bond);
         if (const QString obstacle = savers.back().findObstacle(); !obstacle.isEmpty())
-            return refuse(obstacle);
+            return refuse(SaveFunction, obstacle);
     }
     Assignments assignments;
     return writeInTransaction(db, SaveFunction, &assignments, [&] {

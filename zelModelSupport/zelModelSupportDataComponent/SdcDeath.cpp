@@ -40,7 +40,7 @@ void Sdc::reset()
             qDeleteAll(takeRow(child->row()));
     }
     removeEmptyRows();
-    m_properties.clear();
+    clearProperties();
     setProperty(SdcProperty::ShortName, QString());
     setParentSdc(nullptr);
     m_highlighted = false;

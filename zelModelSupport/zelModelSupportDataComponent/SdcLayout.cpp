@@ -2,6 +2,7 @@
 
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcXml.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcXmlScanner.h"
 
 #include <QDomElement>
 #include <QXmlStreamReader>
@@ -68,9 +69,10 @@ struct DomAttributes
     QString operator()(const char *name) const { return element.attribute(QLatin1String(name)); }
 };
 
+template <typename Reader>
 struct StreamAttributes
 {
-    const QXmlStreamAttributes attributes;
+    decltype(std::declval<const Reader &>().attributes()) attributes;
     QStringView operator()(const char *name) const { return attributes.value(QLatin1String(name)); }
 };
 
@@ -123,11 +125,12 @@ SdcLayout fromElementAtDepth(const QDomElement &element, int sdcType, int depth)
 }
 
 /// Reads the element that the reader stands on, to its end.
-SdcLayout fromStreamAtDepth(QXmlStreamReader *reader, int sdcType, int depth)
+template <typename Reader>
+SdcLayout fromStreamAtDepth(Reader *reader, int sdcType, int depth)
 {
     SdcLayout layout;
     layout.sdcType = sdcType;
-    readComponent(&layout, StreamAttributes{reader->attributes()});
+    readComponent(&layout, StreamAttributes<Reader>{reader->attributes()});
     bool hasRect = false;
     while (SdcXml::readChild(reader)) {
         const int childType = typeOf(reader->qualifiedName());
@@ -136,9 +139,26 @@ SdcLayout fromStreamAtDepth(QXmlStreamReader *reader, int sdcType, int depth)
             continue;
         }
         if (reader->qualifiedName() == RectTag && !std::exchange(hasRect, true))
-            readRect(&layout, StreamAttributes{reader->attributes()});
+            readRect(&layout, StreamAttributes<Reader>{reader->attributes()});
         SdcXml::skipElement(reader);
     }
+    return layout;
+}
+
+/// Reads the whole text.
+template <typename Reader>
+SdcLayout fromStream(Reader *reader, int sdcType)
+{
+    SdcLayout layout;
+    if (SdcXml::readRoot(reader)) {
+        while (SdcXml::readChild(reader)) {
+            if (layout.isNull() && typeOf(reader->qualifiedName()) == sdcType)
+                layout = fromStreamAtDepth(reader, sdcType, 1);
+            else
+                SdcXml::skipElement(reader);
+        }
+    }
+    SdcXml::readToEnd(reader);
     return layout;
 }
 
@@ -156,18 +176,12 @@ SdcLayout SdcLayout::fromXml(const QString &xml, int sdcType, QString *error)
         *error = reason;
         return {};
     }
+    SdcXmlScanner scanner(xml);
+    if (SdcLayout layout = fromStream(&scanner, sdcType); scanner.isPlain())
+        return layout;
     QXmlStreamReader reader(xml);
     reader.setNamespaceProcessing(false); // as documents are read: a colon is part of the name
-    SdcLayout layout;
-    if (SdcXml::readRoot(&reader)) {
-        while (SdcXml::readChild(&reader)) {
-            if (layout.isNull() && typeOf(reader.qualifiedName()) == sdcType)
-                layout = fromStreamAtDepth(&reader, sdcType, 1);
-            else
-                SdcXml::skipElement(&reader);
-        }
-    }
-    SdcXml::readToEnd(&reader);
+    const SdcLayout layout = fromStream(&reader, sdcType);
     if (!reader.hasError())
         return layout;
     *error = reader.errorString();

@@ -122,7 +122,7 @@ void SdcMcp::addSdcBst(SdcBst *sdcBst)
 
 void SdcMcp::removeSdcBst(SdcBst *sdcBst)
 {
-    if (!sdcBst || !children().contains(sdcBst))
+    if (!sdcBst || !sdcChildren().contains(sdcBst))
         return;
     removeSdcChild(sdcBst);
     if (m_bstSet)

@@ -8,6 +8,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
 
 #include <QDebug>
 
@@ -164,8 +165,7 @@ bool SdcMli::canSave() const
 
 bool SdcMli::updateMliPropertyFromDb()
 {
-    ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    if (!db || m_bonds.size() != 1)
+    if (m_bonds.size() != 1)
         return false;
     const QList<SdcBst *> sites = sitesOf(m_bonds.first());
     if (sites.size() != 2 || sites.at(0)->getPsiimId().isEmpty()
@@ -173,25 +173,22 @@ bool SdcMli::updateMliPropertyFromDb()
         clearMliProperties();
         return false;
     }
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    if (!db)
+        return false;
     const ZelDbRecord record =
         db->mliGetHashInfo(sites.at(0)->getPsiimId(), sites.at(1)->getPsiimId());
     setProperty(SdcProperty::PsiimId, record.value(ZelDbColumn::PsiimId));
-    if (record.value(ZelDbColumn::PsiimId).isEmpty())
+    if (getPsiimId().isEmpty())
         return false;
-    setProperty(SdcProperty::AssociationRate, record.value(ZelDbColumn::AssociationRate));
-    setProperty(SdcProperty::DissociationRate, record.value(ZelDbColumn::DissociationRate));
-    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
-    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
-    setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
+    SdcReactionStorage::readProperties(this, record, SdcReactionStorage::mliProperties);
     return true;
 }
 
 void SdcMli::clearMliProperties()
 {
-    for (const int key :
-        {SdcProperty::PsiimId, SdcProperty::AssociationRate, SdcProperty::DissociationRate,
-            SdcProperty::ShortName, SdcProperty::Name, SdcProperty::Notes})
-        setProperty(key, QString());
+    setProperty(SdcProperty::PsiimId, QString());
+    SdcReactionStorage::readProperties(this, {}, SdcReactionStorage::mliProperties);
 }
 
 void SdcMli::addSdcChild(Sdc *child, bool addToItemModel)

@@ -1,6 +1,5 @@
 // How a molecule interaction is built from its record and its layout, and written.
 
-#include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
@@ -40,24 +39,14 @@ QString molAtPosition(
     return db->mcpGetHashInfo(mcp).value(ZelDbColumn::OwnerPsiimId);
 }
 
-/// One end of the bond as it is stored.
-struct End
-{
-    QString molPos;
-    QString bstPsiimId;
-    QString molName;
-};
-
 /// Why the bond's site cannot be stored; empty when it can.
-QString readEnd(SdcMli *mli, SdcBst *site, End *end)
+QString obstacleOf(SdcMli *mli, SdcBst *site)
 {
     SdcMol *const mol = site->getParentSdcMol();
     if (!mol || mol->getParentSdc() != mli || mol->getPosIndex() < 0)
         return QStringLiteral("a bound site belongs to none of its molecules");
     if (site->getPsiimId().isEmpty())
         return QStringLiteral("a molecule is not stored yet, save it first");
-    *end = {QString::number(mol->getPosIndex()), site->getPsiimId(),
-        mol->getProperty(SdcProperty::ShortName)};
     return {};
 }
 
@@ -82,12 +71,9 @@ void SdcMli::updateBstBstMli(ZelSceneMli *scene)
             scene->addBstBstMli(site1->getZelEllipseItemBst(), site2->getZelEllipseItemBst());
         if (!m_bonds.isEmpty())
             continue;
-        // What is stored is shown, even where the user may not draw it.
         auto *const bond = new SdcBstBstMli(db, scene ? static_cast<QObject *>(scene) : this);
-        bond->addSdcBst(site1);
-        bond->addSdcBst(site2);
-        if (scene)
-            scene->addBondLine(bond, new ZelLineItemBstBstMli(false, nullptr));
+        joinSites(
+            bond, site1, site2, scene, scene ? new ZelLineItemBstBstMli(false, nullptr) : nullptr);
         addSdcBstBstMli(bond);
     }
 }
@@ -95,8 +81,14 @@ void SdcMli::updateBstBstMli(ZelSceneMli *scene)
 SdcMol *SdcMli::addMol(const QString &molPsiimId, const QDomElement &layout, ZelSceneMli *scene,
     const QPointF &refPos, bool *good)
 {
-    auto *const mol = new SdcMol(getZelDbSqliteModel(), nullptr);
-    if (!mol->loadDom(molPsiimId, layout, scene, refPos, false)) {
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    const bool takesOwn = layout.isNull();
+    const Layouts own(LoadFunction, molPsiimId,
+        takesOwn ? ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), molPsiimId, db) : QString(),
+        "mol", "mcp");
+    auto *const mol = new SdcMol(db, nullptr);
+    if (!mol->loadDom(
+            molPsiimId, takesOwn ? own.element() : layout, scene, refPos - own.origin(), false)) {
         mol->setProperty(SdcProperty::PsiimId, molPsiimId); // it keeps its position
         *good = false;
     }
@@ -108,63 +100,35 @@ bool SdcMli::loadDom(const QString &psiimId, const QDomElement &elt, ZelSceneMli
 {
     if (ZelDbSqliteModel *const db = getZelDbSqliteModel())
         db->mliGetHashInfo(psiimId);
-    const QPointF origin = topLeftOf(elt);
-    QDomElement molElt = elt.firstChildElement(QStringLiteral("mol"));
-    bool good = true;
-    int count = 0;
-    for (; !molElt.isNull() && count < MolCount; ++count) {
-        addMol(molElt.attribute(QStringLiteral("psiimId")), molElt, scene, origin, &good);
-        molElt = molElt.nextSiblingElement(QStringLiteral("mol"));
-    }
-    return good && count == MolCount;
+    const QList<QDomElement> mols = childElements(elt, "mol").mid(0, MolCount);
+    bool good = mols.size() == MolCount;
+    for (const QDomElement &mol : mols)
+        addMol(mol.attribute(QStringLiteral("psiimId")), mol, scene, topLeftOf(elt), &good);
+    return good;
 }
 
 bool SdcMli::loadFromDb(const QString &psiimId, ZelSceneMli *scene)
 {
-    ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    if (!db) {
-        report(LoadFunction, QStringLiteral("no database"));
+    if (!isEmpty() || !m_bonds.isEmpty())
+        return refuse(LoadFunction, QStringLiteral("the interaction is not empty, reset it first"));
+    const ZelDbRecord record = findRecord(
+        this, LoadFunction, &ZelDbSqliteModel::mliGetHashInfo, "molecule interaction", psiimId);
+    if (record.isEmpty())
         return false;
-    }
-    if (!isEmpty() || !m_bonds.isEmpty()) {
-        report(LoadFunction, QStringLiteral("the interaction is not empty, reset it first"));
-        return false;
-    }
-    const ZelDbRecord record = db->mliGetHashInfo(psiimId);
-    if (record.isEmpty()) {
-        report(LoadFunction, QStringLiteral("no molecule interaction ") + psiimId);
-        return false;
-    }
-    for (const auto &[key, column] : {std::pair(SdcProperty::PsiimId, ZelDbColumn::PsiimId),
-             std::pair(SdcProperty::AssociationRate, ZelDbColumn::AssociationRate),
-             std::pair(SdcProperty::DissociationRate, ZelDbColumn::DissociationRate),
-             std::pair(SdcProperty::ShortName, ZelDbColumn::ShortName),
-             std::pair(SdcProperty::Name, ZelDbColumn::Name),
-             std::pair(SdcProperty::Notes, ZelDbColumn::Notes)})
-        setProperty(key, record.value(column));
-    setProperty(SdcProperty::References, db->refGetReferences(QStringLiteral("mli"), psiimId));
+    readProperties(this, "mli", psiimId, record, mliProperties);
 
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
     const Layouts layouts(
-        ZelDbSqlite::getGraphicsInfo(QStringLiteral("mli"), psiimId, db), "mli", "mol");
-    bool good = true;
-    if (!layouts.error().isEmpty())
-        report(LoadFunction,
-            QStringLiteral("the layout of %1 is not readable, molecules get default places: %2")
-                .arg(psiimId, layouts.error()));
+        LoadFunction, psiimId, record.value(ZelDbColumn::GraphicsInfo), "mli", "mol");
     const QList<QStringList> pairs = db->mliGetArrayBstBst(psiimId);
+    bool good = true;
     Sdc *before = nullptr;
     for (int i = 0; i < MolCount; ++i) {
         QString id = molAtPosition(db, pairs, QString::number(i));
         const QDomElement layout = layouts.find(id, i);
         if (id.isEmpty())
             id = layout.attribute(QStringLiteral("psiimId"));
-        if (!layout.isNull()) {
-            before = addMol(id, layout, scene, layouts.origin(), &good);
-            continue;
-        }
-        const Layouts own(
-            ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), id, db), "mol", "mcp");
-        before = addMol(id, own.element(), scene, placeBeside(before) - own.origin(), &good);
+        before = addMol(id, layout, scene, layouts.refPosOf(layout, before), &good);
     }
     updateBstBstMli(scene);
     return good && m_bonds.size() == 1;
@@ -173,47 +137,39 @@ bool SdcMli::loadFromDb(const QString &psiimId, ZelSceneMli *scene)
 bool SdcMli::saveToDb()
 {
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    const auto refuse = [](const QString &why) {
-        report(SaveFunction, why);
-        return false;
-    };
     if (!db || !db->database())
-        return refuse(QStringLiteral("no database"));
+        return refuse(SaveFunction, QStringLiteral("no database"));
     if (m_bonds.size() != 1 || !m_bonds.first() || m_bonds.first()->getListSdcBst().size() != 2)
-        return refuse(QStringLiteral("it needs one bond between two sites"));
+        return refuse(SaveFunction, QStringLiteral("it needs one bond between two sites"));
     if (!canSave())
-        return refuse(QStringLiteral("give an association and a dissociation rate"));
-    const QList<SdcBst *> sites = m_bonds.first()->getListSdcBst();
-    End end1;
-    End end2;
-    QString why = readEnd(this, sites.at(0), &end1);
-    if (why.isEmpty())
-        why = readEnd(this, sites.at(1), &end2);
-    if (why.isEmpty() && end1.molPos == end2.molPos)
-        why = QStringLiteral("the bond joins two sites of one molecule");
-    if (!why.isEmpty())
-        return refuse(why);
+        return refuse(SaveFunction, QStringLiteral("give an association and a dissociation rate"));
+    SdcBst *const site1 = m_bonds.first()->getSdcBst1();
+    SdcBst *const site2 = m_bonds.first()->getSdcBst2();
+    for (SdcBst *site : {site1, site2}) {
+        if (const QString obstacle = obstacleOf(this, site); !obstacle.isEmpty())
+            return refuse(SaveFunction, obstacle);
+    }
+    SdcMol *const mol1 = site1->getParentSdcMol();
+    SdcMol *const mol2 = site2->getParentSdcMol();
+    if (mol1 == mol2)
+        return refuse(SaveFunction, QStringLiteral("the bond joins two sites of one molecule"));
     const QString declared =
-        db->mliGetHashInfo(end1.bstPsiimId, end2.bstPsiimId).value(ZelDbColumn::PsiimId);
+        db->mliGetHashInfo(site1->getPsiimId(), site2->getPsiimId()).value(ZelDbColumn::PsiimId);
     if (!declared.isEmpty() && declared != getPsiimId())
-        return refuse(QStringLiteral("%1 joins the same sites, change that one").arg(declared));
+        return refuse(
+            SaveFunction, QStringLiteral("%1 joins the same sites, change that one").arg(declared));
 
     Assignments assignments;
     return writeInTransaction(db, SaveFunction, &assignments, [&] {
-        if (!assignId(&assignments, this, ZelDb::Mli, db))
+        const QString name = mol1->getProperty(SdcProperty::ShortName) + u'.'
+            + mol2->getProperty(SdcProperty::ShortName);
+        if (!assignIdAndShortName(&assignments, this, ZelDb::Mli, "mli", name, db))
             return false;
-        assignShortName(&assignments, this, "mli", end1.molName + u'.' + end2.molName, db);
-        const QString id = getPsiimId();
-        return db->mliInsert({{ZelDbColumn::PsiimId, id},
-                   {ZelDbColumn::ShortName, getProperty(SdcProperty::ShortName)},
-                   {ZelDbColumn::Name, getProperty(SdcProperty::Name)},
-                   {ZelDbColumn::Notes, getProperty(SdcProperty::Notes)},
-                   {ZelDbColumn::AssociationRate, getProperty(SdcProperty::AssociationRate)},
-                   {ZelDbColumn::DissociationRate, getProperty(SdcProperty::DissociationRate)},
-                   {ZelDbColumn::GraphicsInfo, getGraphicsInfo()}})
-            && db->mliRemoveAllBstBst(id)
-            && db->mliInsertBstBst(
-                id, 0, end1.molPos, end1.bstPsiimId, end2.molPos, end2.bstPsiimId)
+        ZelDbRecord record = recordOf(this, mliProperties);
+        record.insert(ZelDbColumn::GraphicsInfo, getGraphicsInfo());
+        return db->mliInsert(record) && db->mliRemoveAllBstBst(getPsiimId())
+            && db->mliInsertBstBst(getPsiimId(), 0, QString::number(mol1->getPosIndex()),
+                site1->getPsiimId(), QString::number(mol2->getPosIndex()), site2->getPsiimId())
             && writeReferences(this, "mli", db);
     });
 }

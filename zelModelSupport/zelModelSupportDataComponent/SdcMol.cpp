@@ -67,7 +67,7 @@ void SdcMol::addSdcMcp(SdcMcp *mcp)
 
 void SdcMol::removeSdcMcp(SdcMcp *mcp)
 {
-    if (!mcp || !children().contains(mcp))
+    if (!mcp || !sdcChildren().contains(mcp))
         return;
     removeSdcChild(mcp);
     emit sdcMcpRemoved(mcp);
@@ -75,7 +75,7 @@ void SdcMol::removeSdcMcp(SdcMcp *mcp)
 
 void SdcMol::removeSdcMcpAtIndex(int index)
 {
-    if (index >= 0 && index < children().size())
+    if (index >= 0 && index < sdcChildren().size())
         removeSdcMcp(getSdcMcpAtIndex(index));
 }
 
@@ -250,11 +250,11 @@ int SdcMol::countSitesBefore(int mcpIndex)
 {
     if (mcpIndex <= 0)
         return 0;
-    const int index = std::min(mcpIndex, static_cast<int>(children().size()));
+    const int index = std::min(mcpIndex, static_cast<int>(sdcChildren().size()));
     if (m_sitesBefore.empty())
         m_sitesBefore.push_back(0);
     while (static_cast<int>(m_sitesBefore.size()) <= index) {
-        Sdc *const before = children().at(static_cast<qsizetype>(m_sitesBefore.size()) - 1);
+        Sdc *const before = sdcChildren().at(static_cast<qsizetype>(m_sitesBefore.size()) - 1);
         const int count = before ? static_cast<int>(before->getListSdcChildren().size()) : 0;
         m_sitesBefore.push_back(m_sitesBefore.back() + count);
     }
@@ -263,7 +263,7 @@ int SdcMol::countSitesBefore(int mcpIndex)
 
 void SdcMol::renumberSites(int begin, int end)
 {
-    const QList<Sdc *> list = children();
+    const QList<Sdc *> list = sdcChildren();
     const int stop = end < 0 ? static_cast<int>(list.size()) : end;
     for (int i = std::max(begin, 0); i < stop && i < list.size(); ++i) {
         if (!list.at(i))
@@ -306,6 +306,12 @@ void SdcMol::setAllMcpFeatureValue(ComponentStateType value)
 {
     for (SdcMcp *mcp : getListSdcMcp())
         mcp->setAllMcpFeatureValue(value);
+}
+
+void SdcMol::adoptItemInNoScene(ZelEllipseItemMcp *item)
+{
+    if (item && !m_itemsInNoScene.contains(item))
+        m_itemsInNoScene.append(item);
 }
 
 void SdcMol::deleteItemsInNoScene()

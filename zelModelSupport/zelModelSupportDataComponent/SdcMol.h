@@ -54,6 +54,9 @@ public:
         const QPointF &refPos, bool limited);
     /// loadDom() with the layout that is stored beside the record, where it was drawn.
     bool loadFromDb(const QString &psiimId, ZelScene *scene = nullptr);
+    /// Takes over a component item that was made in no scene: the molecule deletes it unless a
+    /// scene has taken it over by the molecule's death.
+    void adoptItemInNoScene(ZelEllipseItemMcp *item);
 
     /// Makes the binding statuses of this molecule's sites follow those of the other's, of the
     /// same type; with both, sites of other that only this molecule has bound become Unbound.

@@ -3,9 +3,13 @@
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/graphics/ZelSceneEditing.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcXml.h"
 
 #include <QDebug>
@@ -50,6 +54,49 @@ void SdcReactionStorage::report(const char *function, const QString &what)
     qDebug().noquote().nospace() << "Error found at " << function << ": " << what;
 }
 
+bool SdcReactionStorage::refuse(const char *function, const QString &why)
+{
+    report(function, why);
+    return false;
+}
+
+ZelDbRecord SdcReactionStorage::findRecord(const Sdc *sdc, const char *function,
+    ZelDbRecord (ZelDbSqliteModel::*read)(const QString &) const, const char *what,
+    const QString &psiimId)
+{
+    ZelDbSqliteModel *const db = sdc->getZelDbSqliteModel();
+    const ZelDbRecord record = db ? (db->*read)(psiimId) : ZelDbRecord();
+    if (record.isEmpty())
+        report(function,
+            db ? QStringLiteral("no %1 %2").arg(QLatin1String(what), psiimId)
+               : QStringLiteral("no database"));
+    return record;
+}
+
+void SdcReactionStorage::readProperties(
+    Sdc *sdc, const ZelDbRecord &record, StoredProperties properties)
+{
+    for (const StoredProperty &property : properties)
+        sdc->setProperty(property.key, record.value(property.column));
+}
+
+void SdcReactionStorage::readProperties(Sdc *sdc, const char *recordWord, const QString &psiimId,
+    const ZelDbRecord &record, StoredProperties properties)
+{
+    sdc->setProperty(SdcProperty::PsiimId, psiimId);
+    readProperties(sdc, record, properties);
+    sdc->setProperty(SdcProperty::References,
+        sdc->getZelDbSqliteModel()->refGetReferences(QLatin1String(recordWord), psiimId));
+}
+
+ZelDbRecord SdcReactionStorage::recordOf(const Sdc *sdc, StoredProperties properties)
+{
+    ZelDbRecord record{{ZelDbColumn::PsiimId, sdc->getPsiimId()}};
+    for (const StoredProperty &property : properties)
+        record.insert(property.column, sdc->getProperty(property.key));
+    return record;
+}
+
 void SdcReactionStorage::Assignments::assign(Sdc *sdc, int key, const QString &value)
 {
     m_olds.push_back({sdc, key, sdc->hasProperty(key), sdc->getProperty(key)});
@@ -83,23 +130,17 @@ bool SdcReactionStorage::writeInTransaction(ZelDbSqliteModel *db, const char *fu
     return false;
 }
 
-bool SdcReactionStorage::assignId(
-    Assignments *assignments, Sdc *sdc, int recordType, ZelDbSqliteModel *db)
+bool SdcReactionStorage::assignIdAndShortName(Assignments *assignments, Sdc *sdc, int recordType,
+    const char *recordWord, const QString &wanted, ZelDbSqliteModel *db)
 {
-    if (!sdc->getPsiimId().isEmpty())
-        return true;
-    const QString id = ZelDb::getNewSdcPsiimId(recordType, db);
-    if (id.isEmpty())
-        return false;
-    assignments->assign(sdc, SdcProperty::PsiimId, id);
-    return true;
-}
-
-void SdcReactionStorage::assignShortName(Assignments *assignments, Sdc *sdc, const char *recordWord,
-    const QString &wanted, ZelDbSqliteModel *db)
-{
+    if (sdc->getPsiimId().isEmpty()) {
+        const QString id = ZelDb::getNewSdcPsiimId(recordType, db);
+        if (id.isEmpty())
+            return false;
+        assignments->assign(sdc, SdcProperty::PsiimId, id);
+    }
     if (!sdc->getProperty(SdcProperty::ShortName).isEmpty())
-        return;
+        return true;
     const QString word = QLatin1String(recordWord);
     QString name = wanted;
     for (int i = 1;
@@ -107,6 +148,7 @@ void SdcReactionStorage::assignShortName(Assignments *assignments, Sdc *sdc, con
          ++i)
         name = wanted + u'_' + QString::number(i);
     assignments->assign(sdc, SdcProperty::ShortName, name);
+    return true;
 }
 
 bool SdcReactionStorage::writeReferences(Sdc *sdc, const char *recordWord, ZelDbSqliteModel *db)
@@ -116,17 +158,21 @@ bool SdcReactionStorage::writeReferences(Sdc *sdc, const char *recordWord, ZelDb
             sdc->getProperty(SdcProperty::References));
 }
 
-SdcReactionStorage::Layouts::Layouts(const QString &xml, const char *tag, const char *partTag)
-    : m_error(xml.isEmpty() ? QString() : whatIsWrongWith(xml))
+SdcReactionStorage::Layouts::Layouts(const char *function, const QString &psiimId,
+    const QString &xml, const char *tag, const char *partTag)
 {
-    if (xml.isEmpty() || !m_error.isEmpty())
+    if (xml.isEmpty())
         return;
+    if (const QString error = whatIsWrongWith(xml); !error.isEmpty()) {
+        report(function,
+            QStringLiteral("the layout of %1 is not readable, its parts get default places: %2")
+                .arg(psiimId, error));
+        return;
+    }
     m_document.setContent(xml);
     m_element = m_document.documentElement().firstChildElement(QLatin1String(tag));
     m_origin = topLeftOf(m_element);
-    for (QDomElement part = m_element.firstChildElement(QLatin1String(partTag)); !part.isNull();
-         part = part.nextSiblingElement(QLatin1String(partTag)))
-        m_parts.append(part);
+    m_parts = childElements(m_element, partTag);
 }
 
 QDomElement SdcReactionStorage::Layouts::find(const QString &psiimId, int index) const
@@ -144,10 +190,24 @@ QDomElement SdcReactionStorage::Layouts::find(const QString &psiimId, int index)
     return found.isNull() ? m_parts.value(index) : found;
 }
 
+QPointF SdcReactionStorage::Layouts::refPosOf(const QDomElement &part, Sdc *before) const
+{
+    return part.isNull() ? placeBeside(before) : m_origin;
+}
+
 QPointF SdcReactionStorage::topLeftOf(const QDomElement &element)
 {
     const QDomElement rect = element.firstChildElement(QStringLiteral("boundingRect"));
     return {numberOf(rect, "x"), numberOf(rect, "y")};
+}
+
+QList<QDomElement> SdcReactionStorage::childElements(const QDomElement &element, const char *tag)
+{
+    QList<QDomElement> list;
+    for (QDomElement child = element.firstChildElement(QLatin1String(tag)); !child.isNull();
+         child = child.nextSiblingElement(QLatin1String(tag)))
+        list.append(child);
+    return list;
 }
 
 QPointF SdcReactionStorage::placeBeside(Sdc *before)
@@ -156,23 +216,26 @@ QPointF SdcReactionStorage::placeBeside(Sdc *before)
     return rect.isNull() ? QPointF(0.0, 0.0) : rect.topRight() + QPointF(PartGap, 0.0);
 }
 
-bool SdcReactionStorage::loadAlias(SdcCpx *cpx, const QString &cpaPsiimId,
+bool SdcReactionStorage::loadAlias(SdcCpx *cpx, const char *function, const QString &cpaPsiimId,
     const QDomElement &layout, ZelScene *scene, const QPointF &refPos)
 {
     ZelDbSqliteModel *const db = cpx->getZelDbSqliteModel();
-    const ZelDbRecord alias = db ? db->cpaGetHashInfo(cpaPsiimId) : ZelDbRecord();
+    const ZelDbRecord alias = db->cpaGetHashInfo(cpaPsiimId);
     const QString cpxPsiimId = alias.value(ZelDbColumn::CpaCpx);
+    const auto refuseAlias = [&] {
+        return refuse(function, QStringLiteral("no complex in the stored states ") + cpaPsiimId);
+    };
     if (cpxPsiimId.isEmpty())
-        return false;
+        return refuseAlias();
     if (layout.isNull()) {
         QString error;
         const SdcLayout own =
             SdcLayout::fromXml(ZelDbSqlite::getGraphicsInfo(QStringLiteral("cpx"), cpxPsiimId, db),
                 SdcType::Cpx, &error);
-        return cpx->loadCpaFromDb(cpaPsiimId, scene, refPos - own.topLeft, false);
+        return cpx->loadCpaFromDb(cpaPsiimId, scene, refPos - own.topLeft, false) || refuseAlias();
     }
     if (!cpx->loadDom(cpxPsiimId, layout, scene, refPos, false))
-        return false;
+        return refuseAlias();
     cpx->updateBstBstCpx(scene, true);
     cpx->setProperty(SdcProperty::CpaPsiimId, cpaPsiimId);
     cpx->setProperty(SdcProperty::CpaShortName, alias.value(ZelDbColumn::CpaShortName));
@@ -185,4 +248,40 @@ bool SdcReactionStorage::loadAlias(SdcCpx *cpx, const QString &cpaPsiimId,
 QString SdcReactionStorage::aliasOf(SdcCpx *cpx)
 {
     return cpx ? cpx->getProperty(SdcProperty::CpaPsiimId) : QString();
+}
+
+SdcCpx *SdcReactionStorage::newAlias(
+    Sdc *owner, const char *function, const QString &cpaPsiimId, Sdc *before, ZelScene *scene)
+{
+    auto *const cpx = new SdcCpx(owner->getZelDbSqliteModel(), owner);
+    if (loadAlias(cpx, function, cpaPsiimId, {}, scene, placeBeside(before)))
+        return cpx;
+    delete cpx;
+    return nullptr;
+}
+
+void SdcReactionStorage::joinSites(
+    SdcBstBst *bond, SdcBst *site1, SdcBst *site2, ZelSceneEditing *scene, ZelLineItemBstBst *line)
+{
+    bond->addSdcBst(site1);
+    bond->addSdcBst(site2);
+    if (scene)
+        scene->addBondLine(bond, line);
+}
+
+SdcReactionStorage::End SdcReactionStorage::endOf(SdcBst *site)
+{
+    SdcCpx *const cpx = site->getParentSdcCpx();
+    SdcMol *const mol = site->getParentSdcMol();
+    if (!cpx || !mol)
+        return {};
+    return {aliasOf(cpx), site->getPsiimId(), QString::number(mol->getPosIndex())};
+}
+
+QString SdcReactionStorage::findAssociation(const SdcBstBst *bond, const End &end1, const End &end2,
+    bool bothDirections, const ZelDbSqliteModel *db)
+{
+    return db->caiGetPsiimId(end1.cpaPsiimId, end1.bstPsiimId, end1.molPos, end2.cpaPsiimId,
+        end2.bstPsiimId, end2.molPos, bond->getProperty(SdcProperty::Geometry),
+        bond->getProperty(SdcProperty::BindingType), bothDirections);
 }

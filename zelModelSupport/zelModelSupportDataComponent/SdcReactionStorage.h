@@ -1,5 +1,8 @@
 #pragma once
 
+#include "zelDb/ZelDb.h"
+#include "zelDb/ZelDbTypes.h"
+
 #include <QDomDocument>
 #include <QHash>
 #include <QList>
@@ -7,19 +10,56 @@
 #include <QString>
 
 #include <functional>
-#include <utility>
+#include <span>
 #include <vector>
 
 class Sdc;
+class SdcBst;
+class SdcBstBst;
 class SdcCpx;
 class ZelDbSqliteModel;
+class ZelLineItemBstBst;
 class ZelScene;
+class ZelSceneEditing;
 
 /// What the records of interactions and reactions have in common when they are written and read.
 namespace SdcReactionStorage {
 
 /// Writes the debug line "Error found at <function>: <what>".
 void report(const char *function, const QString &what);
+/// The same as an answer: false.
+bool refuse(const char *function, const QString &why);
+
+/// A property and where it is stored.
+struct StoredProperty
+{
+    SdcProperty::Key key;
+    ZelDbColumn::Column column;
+};
+using StoredProperties = std::span<const StoredProperty>;
+
+/// Of a molecule interaction and of an association, in the order in which they are set.
+inline constexpr StoredProperty mliProperties[]{
+    {SdcProperty::AssociationRate, ZelDbColumn::AssociationRate},
+    {SdcProperty::DissociationRate, ZelDbColumn::DissociationRate},
+    {SdcProperty::ShortName, ZelDbColumn::ShortName}, {SdcProperty::Name, ZelDbColumn::Name},
+    {SdcProperty::Notes, ZelDbColumn::Notes}};
+inline constexpr StoredProperty caiProperties[]{{SdcProperty::ShortName, ZelDbColumn::ShortName},
+    {SdcProperty::Name, ZelDbColumn::Name},
+    {SdcProperty::AssociationRate, ZelDbColumn::AssociationRate},
+    {SdcProperty::ResultCpaPsiimId, ZelDbColumn::CaiResultCpa},
+    {SdcProperty::Notes, ZelDbColumn::Notes}};
+
+/// What the database has under an id; empty, after a report, when that is nothing.
+ZelDbRecord findRecord(const Sdc *sdc, const char *function,
+    ZelDbRecord (ZelDbSqliteModel::*read)(const QString &) const, const char *what,
+    const QString &psiimId);
+void readProperties(Sdc *sdc, const ZelDbRecord &record, StoredProperties properties);
+/// The same with the id and the references.
+void readProperties(Sdc *sdc, const char *recordWord, const QString &psiimId,
+    const ZelDbRecord &record, StoredProperties properties);
+/// The component's record as far as it is made of its id and these properties.
+ZelDbRecord recordOf(const Sdc *sdc, StoredProperties properties);
 
 /// Values that a save gives to components before it knows that it succeeds.
 class Assignments
@@ -44,11 +84,10 @@ private:
 bool writeInTransaction(ZelDbSqliteModel *db, const char *function, Assignments *assignments,
     const std::function<bool()> &writes);
 
-/// Gives a component without id a new one; false when there is none to be had.
-bool assignId(Assignments *assignments, Sdc *sdc, int recordType, ZelDbSqliteModel *db);
-/// Gives a component without short name that one, with a number when another record has it.
-void assignShortName(Assignments *assignments, Sdc *sdc, const char *recordWord,
-    const QString &wanted, ZelDbSqliteModel *db);
+/// Gives a component without id a new one, and one without short name the wanted one, with a number
+/// when another record has it. False when there is no id to be had.
+bool assignIdAndShortName(Assignments *assignments, Sdc *sdc, int recordType,
+    const char *recordWord, const QString &wanted, ZelDbSqliteModel *db);
 /// Stores the references that the component was ever given.
 bool writeReferences(Sdc *sdc, const char *recordWord, ZelDbSqliteModel *db);
 
@@ -57,36 +96,61 @@ class Layouts
 {
 public:
     /// Reads the first element of that tag below the root, and in it those of the parts' tag.
-    /// A text that is not well-formed, or nested deeper than any layout, is as good as none.
-    Layouts(const QString &xml, const char *tag, const char *partTag);
+    /// A text that is not well-formed, or nested deeper than any layout, is reported and as good
+    /// as none.
+    Layouts(const char *function, const QString &psiimId, const QString &xml, const char *tag,
+        const char *partTag);
 
-    QString error() const { return m_error; }
     /// The element itself.
     QDomElement element() const { return m_element; }
     /// Among those at that position the one that carries the id, else the first there, else the
     /// one that stands at that place among its siblings, else null.
     QDomElement find(const QString &psiimId, int index) const;
-    /// Where the parts' places are counted from.
+    /// Where the places in the layouts are counted from.
     QPointF origin() const { return m_origin; }
+    /// The reference position for a part that was found: the origin; or not: beside the one before.
+    QPointF refPosOf(const QDomElement &part, Sdc *before) const;
 
 private:
     QDomDocument m_document;
     QDomElement m_element;
     QList<QDomElement> m_parts;
     QPointF m_origin;
-    QString m_error;
 };
 
 /// The top left corner of an element's rectangle; (0, 0) where it cannot be used.
 QPointF topLeftOf(const QDomElement &element);
+QList<QDomElement> childElements(const QDomElement &element, const char *tag);
 /// A place to the right of what is built already, for a part that the layout does not mention.
 QPointF placeBeside(Sdc *before);
 
 /// Builds the complex in the alias's states: where the layout element says, shifted by refPos, or,
-/// when that is null, with its top left corner at refPos. False when it is not stored.
-bool loadAlias(SdcCpx *cpx, const QString &cpaPsiimId, const QDomElement &layout, ZelScene *scene,
-    const QPointF &refPos);
+/// when that is null, as in its own layout with the top left corner at refPos. False, after a
+/// report, when it is not stored.
+bool loadAlias(SdcCpx *cpx, const char *function, const QString &cpaPsiimId,
+    const QDomElement &layout, ZelScene *scene, const QPointF &refPos);
 /// The id of the stored alias that the complex is, or empty.
 QString aliasOf(SdcCpx *cpx);
+/// A complex of the owner's beside another one; null, after a report, when it is not stored.
+SdcCpx *newAlias(
+    Sdc *owner, const char *function, const QString &cpaPsiimId, Sdc *before, ZelScene *scene);
+
+/// Joins two sites by a stored bond, which is shown even where the user may not draw it. The line
+/// is null without a scene.
+void joinSites(
+    SdcBstBst *bond, SdcBst *site1, SdcBst *site2, ZelSceneEditing *scene, ZelLineItemBstBst *line);
+
+/// One end of a bond between complexes as it is stored.
+struct End
+{
+    QString cpaPsiimId;
+    QString bstPsiimId;
+    QString molPos;
+};
+/// Empty unless the site lies in a molecule of a complex.
+End endOf(SdcBst *site);
+/// The stored association of two ends with the qualifiers that the bond has; empty when none.
+QString findAssociation(const SdcBstBst *bond, const End &end1, const End &end2,
+    bool bothDirections, const ZelDbSqliteModel *db);
 
 } // namespace SdcReactionStorage

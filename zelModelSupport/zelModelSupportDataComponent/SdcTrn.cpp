@@ -1,12 +1,9 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcTrn.h"
 
-#include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
-
-#include <array>
 
 using namespace SdcReactionStorage;
 
@@ -15,6 +12,10 @@ namespace {
 constexpr char SaveFunction[] = "bool SdcTrn::saveToDb()";
 constexpr char LoadFunction[] = "bool SdcTrn::loadFromDb(const QString & psiimId, "
                                 "ZelScene * scene)";
+
+constexpr StoredProperty trnProperties[]{{SdcProperty::ShortName, ZelDbColumn::ShortName},
+    {SdcProperty::Name, ZelDbColumn::Name}, {SdcProperty::Notes, ZelDbColumn::Notes},
+    {SdcProperty::Rate, ZelDbColumn::Rate}};
 
 SdcCpx *toCpx(Sdc *sdc)
 {
@@ -53,35 +54,17 @@ void SdcTrn::setSdcCpxTo(SdcCpx *cpx)
 
 bool SdcTrn::loadFromDb(const QString &psiimId, ZelScene *scene)
 {
-    ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    const ZelDbRecord record = db ? db->trnGetHashInfo(psiimId) : ZelDbRecord();
-    if (record.isEmpty()) {
-        report(LoadFunction,
-            db ? QStringLiteral("no transformation ") + psiimId : QStringLiteral("no database"));
+    const ZelDbRecord record = findRecord(
+        this, LoadFunction, &ZelDbSqliteModel::trnGetHashInfo, "transformation", psiimId);
+    if (record.isEmpty())
         return false;
-    }
-    std::array<SdcCpx *, 2> sides{};
-    Sdc *before = nullptr;
-    for (const std::size_t i : {0, 1}) {
-        const QString alias =
-            record.value(i == 0 ? ZelDbColumn::TrnFromCpa : ZelDbColumn::TrnToCpa);
-        auto *const cpx = new SdcCpx(db, this);
-        if (loadAlias(cpx, alias, {}, scene, placeBeside(before))) {
-            sides[i] = cpx;
-            before = cpx;
-        } else {
-            delete cpx;
-            report(LoadFunction, QStringLiteral("no complex in the stored states ") + alias);
-        }
-    }
-    setSides(sides[0], sides[1]);
-    setProperty(SdcProperty::PsiimId, psiimId);
-    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
-    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
-    setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
-    setProperty(SdcProperty::Rate, record.value(ZelDbColumn::Rate));
-    setProperty(SdcProperty::References, db->refGetReferences(QStringLiteral("trn"), psiimId));
-    return sides[0] && sides[1];
+    SdcCpx *const from =
+        newAlias(this, LoadFunction, record.value(ZelDbColumn::TrnFromCpa), nullptr, scene);
+    SdcCpx *const to =
+        newAlias(this, LoadFunction, record.value(ZelDbColumn::TrnToCpa), from, scene);
+    setSides(from, to);
+    readProperties(this, "trn", psiimId, record, trnProperties);
+    return from && to;
 }
 
 bool SdcTrn::saveToDb()
@@ -89,32 +72,22 @@ bool SdcTrn::saveToDb()
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     const QString from = aliasOf(getSdcCpxFrom());
     const QString to = aliasOf(getSdcCpxTo());
-    QString obstacle;
     if (!db || !db->database())
-        obstacle = QStringLiteral("no database");
-    else if (from.isEmpty() || to.isEmpty())
-        obstacle = QStringLiteral("it needs two complexes that are stored in their present states");
-    else if (getProperty(SdcProperty::Rate).isEmpty())
-        obstacle = QStringLiteral("give a rate");
-    if (!obstacle.isEmpty()) {
-        report(SaveFunction, obstacle);
-        return false;
-    }
+        return refuse(SaveFunction, QStringLiteral("no database"));
+    if (from.isEmpty() || to.isEmpty())
+        return refuse(SaveFunction,
+            QStringLiteral("it needs two complexes that are stored in their present states"));
+    if (getProperty(SdcProperty::Rate).isEmpty())
+        return refuse(SaveFunction, QStringLiteral("give a rate"));
     Assignments assignments;
     return writeInTransaction(db, SaveFunction, &assignments, [&] {
-        if (!assignId(&assignments, this, ZelDb::Trn, db))
+        const QString name = getSdcCpxFrom()->getProperty(SdcProperty::CpaShortName)
+            + QLatin1String("_to_") + getSdcCpxTo()->getProperty(SdcProperty::CpaShortName);
+        if (!assignIdAndShortName(&assignments, this, ZelDb::Trn, "trn", name, db))
             return false;
-        assignShortName(&assignments, this, "trn",
-            getSdcCpxFrom()->getProperty(SdcProperty::CpaShortName) + QLatin1String("_to_")
-                + getSdcCpxTo()->getProperty(SdcProperty::CpaShortName),
-            db);
-        return db->trnInsert({{ZelDbColumn::PsiimId, getPsiimId()},
-                   {ZelDbColumn::ShortName, getProperty(SdcProperty::ShortName)},
-                   {ZelDbColumn::Name, getProperty(SdcProperty::Name)},
-                   {ZelDbColumn::Notes, getProperty(SdcProperty::Notes)},
-                   {ZelDbColumn::TrnFromCpa, from}, {ZelDbColumn::TrnToCpa, to},
-                   {ZelDbColumn::Rate, getProperty(SdcProperty::Rate)}})
-            && writeReferences(this, "trn", db);
+        ZelDbRecord record = recordOf(this, trnProperties);
+        record.insert({{ZelDbColumn::TrnFromCpa, from}, {ZelDbColumn::TrnToCpa, to}});
+        return db->trnInsert(record) && writeReferences(this, "trn", db);
     });
 }
 
@@ -140,7 +113,7 @@ bool SdcTrn::isSdcTrn() const
 
 void SdcTrn::setSides(SdcCpx *from, SdcCpx *to)
 {
-    const QList<Sdc *> olds = children();
+    const QList<Sdc *> olds = sdcChildren();
     clearChildrenList();
     for (Sdc *old : olds) {
         if (old != from && old != to)
