@@ -3,6 +3,7 @@
 add_library(zelFlags INTERFACE)
 target_compile_options(zelFlags INTERFACE
     -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Wcast-qual
+    -fno-semantic-interposition # nothing replaces a function of a library: they may be inlined
     $<$<BOOL:${ZEL_WERROR}>:-Werror>)
 target_compile_definitions(zelFlags INTERFACE
     QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH
@@ -64,4 +65,6 @@ function(zel_install_package)
     install(EXPORT ZelModelSupportTargets NAMESPACE ZelModelSupport:: DESTINATION "${dir}")
     install(FILES "${PROJECT_BINARY_DIR}/ZelModelSupportConfig.cmake"
         "${PROJECT_BINARY_DIR}/ZelModelSupportConfigVersion.cmake" DESTINATION "${dir}")
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/models"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/zelmodelsupport")
 endfunction()

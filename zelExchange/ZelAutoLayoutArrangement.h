@@ -1,0 +1,14 @@
+#pragma once
+
+#include "zelExchange/ZelAutoLayoutComplex.h"
+
+#include <vector>
+
+namespace zel::layout {
+
+/// arrangeBodies() for bodies that bonds hold together, all of them usable; anywhere, not about
+/// the origin.
+std::vector<Placement> arrangeConnected(
+    const std::vector<Body> &bodies, const std::vector<BodyBond> &bonds);
+
+} // namespace zel::layout

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "zelExchange/ZelAutoLayoutComplex.h"
+
+#include <QLineF>
+#include <QRectF>
+
+/// How good a drawing is.
+namespace zel::layout {
+
+/// Whether a bond joins sites that there are, of two bodies.
+ZELEXCHANGE_EXPORT bool isUsable(const std::vector<Body> &bodies, const BodyBond &bond);
+
+/// Bodies as they are placed, one placement each: what the measures below look at. Bonds that are
+/// not usable are left out.
+struct Drawing
+{
+    ZELEXCHANGE_EXPORT Drawing(const std::vector<Body> &bodies, const std::vector<BodyBond> &bonds,
+        const std::vector<Placement> &placements);
+
+    struct Part
+    {
+        Disc bounds;
+        std::vector<Disc> components;
+        std::vector<SitePlace> sites;
+    };
+    struct Line
+    {
+        QLineF line; ///< between the centres of the sites
+        BodyBond bond;
+    };
+    std::vector<Part> parts;
+    std::vector<Line> lines;
+};
+
+/// The least distance between the rims of two different bodies; negative when they overlap.
+ZELEXCHANGE_EXPORT double leastGap(const Drawing &drawing);
+/// Whether the least distance is at least gap; stops at the first that is less.
+ZELEXCHANGE_EXPORT bool keepsGap(const Drawing &drawing, double gap);
+/// Pairs of bonds whose lines cross.
+ZELEXCHANGE_EXPORT int countCrossings(const Drawing &drawing);
+/// How often a bond's line runs through a component, or through a site that it does not join.
+ZELEXCHANGE_EXPORT int countHits(const Drawing &drawing);
+ZELEXCHANGE_EXPORT QRectF boundsOf(const Drawing &drawing);
+
+} // namespace zel::layout
