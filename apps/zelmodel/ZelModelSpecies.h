@@ -1,0 +1,79 @@
+#pragma once
+
+#include "apps/zelmodel/ZelModelCatalog.h"
+#include "zelDb/ZelDbTypes.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+class ZelDbSqliteModel;
+
+/// A species or pattern as plain data over a catalog, which must outlive it: molecules with their
+/// states, the statuses of their sites, and bonds.
+struct ZelModelSpecies
+{
+    static constexpr int None = -1;
+    /// More molecules than this are shown by their number only and never compared.
+    static constexpr int MaxMols = 1000;
+
+    struct Site
+    {
+        int status = BindingStatusUnspecified; ///< bonded sites are bound
+        int partnerMol = None;
+        int partnerSite = None;
+    };
+
+    struct Mol
+    {
+        const ZelModelCatalog::Mol *type = nullptr;
+        std::vector<int> states; ///< ComponentStateType, counted over the molecule
+        std::vector<char> negated; ///< by component
+        std::vector<Site> sites; ///< counted over the molecule
+        QString compartment;
+    };
+
+    std::vector<Mol> mols;
+
+    /// Adds a molecule of which everything is open.
+    void addMol(const ZelModelCatalog::Mol *type);
+    /// False when a place does not exist or has a bond already.
+    bool addBond(int mol1, int site1, int mol2, int site2);
+    int bondCount() const;
+
+    /// In the manner of the BioNetGen language: "A(b!1,s~P).B(a!1)"; what is open is left out.
+    QString text() const;
+    /// The same for the same structure and, with states, the same states, in any model: names count
+    /// and ids do not, nor which of several copies of a component is used. Only cages of alike
+    /// molecules that look the same from each of them could pass for one another.
+    QByteArray identity(bool withStates) const;
+    /// Whether all that the pattern, of the same catalog, says holds of this species; with `whole`,
+    /// of which it then must be all molecules and bonds. Undecided after too many tries, it answers
+    /// false.
+    bool isMatchedBy(const ZelModelSpecies &pattern, bool whole) const;
+};
+
+/// Reads species of one model.
+class ZelModelSpeciesReader
+{
+public:
+    ZelModelSpeciesReader(const ZelModelCatalog &catalog, const ZelDbSqliteModel &db)
+        : m_catalog(catalog), m_db(db)
+    {
+    }
+
+    /// A complex with everything open but its bonds.
+    ZelModelSpecies readComplex(const QString &cpxPsiimId);
+    /// An alias, of which complex, second key and state code must be given.
+    ZelModelSpecies readAlias(const ZelDbRecord &cpa);
+    /// What was wrong with the last one, one sentence each.
+    const QStringList &problems() const { return m_problems; }
+
+private:
+    void applyStates(ZelModelSpecies *species, const QString &stateCode);
+
+    const ZelModelCatalog &m_catalog;
+    const ZelDbSqliteModel &m_db;
+    QStringList m_problems;
+};
