@@ -17,7 +17,7 @@ using Color = ZelBnglCanonical::Color;
 class Graph
 {
 public:
-    explicit Graph(const Instance &instance) : m_instance(instance)
+    explicit Graph(const Instance &instance)
     {
         for (const Instance::Mol &mol : instance.mols) {
             m_firstSite.push_back(m_count + 1);
@@ -53,7 +53,6 @@ private:
         m_edges[static_cast<size_t>(b)].push_back(a);
     }
 
-    const Instance &m_instance;
     int m_count = 0;
     std::vector<int> m_firstSite;
     ZelBnglCanonical::Edges m_edges;
