@@ -25,7 +25,8 @@ enum SqliteCode : int {
     SqliteTooBig = 18,
     SqliteConstraint = 19,
     SqliteNotADb = 26,
-    SqliteIoErrorShortRead = 522
+    SqliteIoErrorShortRead = 522,
+    SqliteReadOnlyRollback = 776
 };
 
 } // namespace
@@ -212,6 +213,11 @@ ZelDbSqlite::Error ZelDbConnection::classify(const QSqlError &error, QString *te
     if (code == SqliteIoErrorShortRead) {
         return say(ZelDbSqlite::Corrupt,
             "The model file '%1' is damaged or cut short; restore it from a backup.");
+    }
+    if (code == SqliteReadOnlyRollback) {
+        return say(ZelDbSqlite::ReadOnly,
+            "The last save of the model file '%1' was cut short; open it for writing once, so that "
+            "it is as it was before.");
     }
     switch (code & 0xff) {
     case SqliteBusy:

@@ -137,12 +137,13 @@ bool ZelDbRecords::visit(ZelDbConnection *connection, const ZelDbKind &kind,
         names += QLatin1String(", +") + QLatin1String(info->name);
     }
     bool goesOn = true;
+    ZelDbRecord record; // one for all rows: its places are made once
     return connection->read(QLatin1String("SELECT +psiimId%1 FROM %2 ORDER BY rowNumber")
                                 .arg(names, QLatin1String(kind.word)),
         {}, [&](const QSqlQuery &row) {
             if (!goesOn)
                 return;
-            ZelDbRecord record{{ZelDbColumn::PsiimId, row.value(0).toString()}};
+            record.insert(ZelDbColumn::PsiimId, row.value(0).toString());
             for (qsizetype i = 0; i < columns.size(); ++i)
                 record.insert(columns.at(i), row.value(static_cast<int>(i) + 1).toString());
             goesOn = visit(record);

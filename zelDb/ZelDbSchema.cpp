@@ -378,3 +378,18 @@ const QSet<QString> &ZelDbSchema::expectedDescription()
     }();
     return expected;
 }
+
+QString ZelDbSchema::originStatement()
+{
+    return QStringLiteral("SELECT sql FROM sqlite_master WHERE sql IS NOT NULL");
+}
+
+QSet<QString> ZelDbSchema::expectedOrigin()
+{
+    QSet<QString> statements;
+    for (const QString &statement : createStatements()) {
+        if (statement.startsWith(QLatin1String("CREATE")))
+            statements.insert(statement);
+    }
+    return statements;
+}

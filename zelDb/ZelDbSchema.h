@@ -63,5 +63,9 @@ QStringList createStatements();
 QString describeStatement();
 /// What describeStatement() answers for an intact file.
 const QSet<QString> &expectedDescription();
+/// Answers the statements that have made the tables, indexes and triggers of a file.
+QString originStatement();
+/// What originStatement() answers for a file that nobody else has changed.
+QSet<QString> expectedOrigin();
 
 } // namespace ZelDbSchema

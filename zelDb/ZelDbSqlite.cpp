@@ -47,6 +47,34 @@ bool configure(ZelDbConnection &connection)
         [&](const QString &setting) { return connection.execute(setting); });
 }
 
+/// Whether the file has the tables of a model. False when that cannot be read.
+bool compareSchema(ZelDbConnection &connection, bool *isWhole)
+{
+    QSet<QString> missing = ZelDbSchema::expectedOrigin();
+    bool strange = false;
+    const auto take = [&](const QString &line) {
+        const bool isKnown = missing.remove(line);
+        // Unknown tables do no harm, unknown triggers and views would act on what is written.
+        if (!isKnown && line.startsWith(QLatin1String("CREATE"), Qt::CaseInsensitive))
+            strange = true;
+    };
+    const auto read = [&](const QString &statement) {
+        return connection.read(
+            statement, {}, [&](const QSqlQuery &row) { take(row.value(0).toString()); });
+    };
+    if (!read(ZelDbSchema::originStatement()))
+        return false;
+    // What was made otherwise may have the same tables; to see that takes longer.
+    if (strange || !missing.isEmpty()) {
+        missing = ZelDbSchema::expectedDescription();
+        strange = missing.isEmpty();
+        if (!read(ZelDbSchema::describeStatement()))
+            return false;
+    }
+    *isWhole = !strange && missing.isEmpty();
+    return true;
+}
+
 /// Whether a file that SQLite does not take for a database begins like one all the same.
 bool beginsLikeDatabase(const QString &path)
 {
@@ -139,6 +167,8 @@ bool ZelDbSqlite::create(const QString &path)
     // The file takes its name only once it is whole.
     const QString made = isInMemory(path) ? path : temporaryPath(path);
     bool ok = m_connection->connect(made, false);
+    if (!ok)
+        m_connection->explain(errorText().replace(QDir::toNativeSeparators(made), shown));
     m_connection->setShownPath(path);
     if (ok) {
         ZelDbTransaction transaction(this);
@@ -236,15 +266,9 @@ bool ZelDbSqlite::openChecked(const QString &path, bool readOnly, const ZelDbMig
             return false;
     }
     m_connection->setVersion(migrations.version);
-    QSet<QString> missing = ZelDbSchema::expectedDescription();
-    bool strange = missing.isEmpty();
-    ok = m_connection->read(ZelDbSchema::describeStatement(), {}, [&](const QSqlQuery &row) {
-        const QString line = row.value(0).toString();
-        // Unknown tables do no harm, unknown triggers and views would act on what is written.
-        if (!missing.remove(line) && line.startsWith(QLatin1String("CREATE"), Qt::CaseInsensitive))
-            strange = true;
-    });
-    if (ok && (strange || !missing.isEmpty())) {
+    bool isWhole = false;
+    ok = compareSchema(*m_connection, &isWhole);
+    if (ok && !isWhole) {
         return refuse(Corrupt,
             "The model file '%1' does not have the tables of a model; restore it from a backup.");
     }

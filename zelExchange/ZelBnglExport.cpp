@@ -9,6 +9,7 @@
 #include "zelExchange/ZelBnglParser.h"
 #include "zelExchange/ZelBnglRecordRules.h"
 
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <utility>
@@ -21,6 +22,7 @@ enum PairColumn { Bst1 = 3, Bst2 = 5 };
 constexpr QLatin1String FixedAmount("fixed");
 constexpr QLatin1String CountsSpecies("Species");
 constexpr QLatin1String CountsMolecules("Molecules");
+const QByteArray NotTranslated = QByteArrayLiteral("# not translated: ");
 
 /// Writes the blocks of one file.
 class Exporter
@@ -49,10 +51,10 @@ private:
     void addSpecies(const QString &cpaPsiimId, const QString &amount, bool isFixed);
     void writeObservables();
     void writeRules();
-    void writeItems(const char *kind);
+    /// The items of a kind as they came, each below the reason why it is kept.
+    void writeBlockOfItems(const char *kind);
     void writeCommands(const char *kind);
-    /// The items of a kind as entries of the open block, each below the reason why it is kept.
-    void addExplainedItems(const char *kind);
+    void addItems(const char *kind);
     void addEntry(const QByteArray &entry) { m_block += "  " + entry + '\n'; }
     /// Closes the block of the entries that were added; nothing without entries.
     void closeBlock(const char *name);
@@ -90,9 +92,9 @@ QByteArray Exporter::write()
     writeTypes();
     writeSpecies();
     writeObservables();
-    writeItems(ZelBnglItem::Function);
-    writeItems(ZelBnglItem::EnergyPattern);
-    writeItems(ZelBnglItem::PopulationMap);
+    writeBlockOfItems(ZelBnglItem::Function);
+    writeBlockOfItems(ZelBnglItem::EnergyPattern);
+    writeBlockOfItems(ZelBnglItem::PopulationMap);
     writeRules();
     m_text += "end model\n";
     writeCommands(ZelBnglItem::Action);
@@ -128,11 +130,18 @@ void Exporter::closeBlock(const char *name)
     m_block.clear();
 }
 
-void Exporter::writeItems(const char *kind)
+void Exporter::addItems(const char *kind)
 {
     const QList<Item> items = m_items.value(kind);
-    for (const Item &item : items)
+    for (const Item &item : items) {
+        addEntry(NotTranslated + item.reason);
         addEntry(item.text);
+    }
+}
+
+void Exporter::writeBlockOfItems(const char *kind)
+{
+    addItems(kind);
     closeBlock(kind);
 }
 
@@ -140,16 +149,7 @@ void Exporter::writeCommands(const char *kind)
 {
     const QList<Item> items = m_items.value(kind);
     for (const Item &item : items)
-        m_text += item.text + '\n';
-}
-
-void Exporter::addExplainedItems(const char *kind)
-{
-    const QList<Item> items = m_items.value(kind);
-    for (const Item &item : items) {
-        addEntry("# not translated: " + item.reason);
-        addEntry(item.text);
-    }
+        m_text += NotTranslated + item.reason + '\n' + item.text + '\n';
 }
 
 void Exporter::writeParameters()
@@ -262,7 +262,7 @@ void Exporter::writeSpecies()
             leaveOut(QStringLiteral("complex \"%1\"").arg(alias.name),
                 QStringLiteral("it leaves sites or features open, and no reaction uses it"));
     }
-    addExplainedItems(ZelBnglItem::Species);
+    addItems(ZelBnglItem::Species);
     closeBlock("seed species");
 }
 
@@ -318,7 +318,7 @@ void Exporter::writeRules()
     for (const QByteArray &entry : entries)
         addEntry(entry);
     m_report.rules = static_cast<int>(entries.size());
-    addExplainedItems(ZelBnglItem::Rule);
+    addItems(ZelBnglItem::Rule);
     closeBlock("reaction rules");
     // A rule that is kept as it came may well make the bond.
     if (!m_items.contains(ZelBnglItem::Rule))
@@ -362,11 +362,19 @@ bool ZelBnglExport::exportFile(const QString &path)
 {
     m_report = {};
     m_report.fileName = path;
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile() && !info.isDir()) {
+        return fail(QStringLiteral("%1 is a device or a pipe, in whose place no file can be put. "
+                                   "Choose another name.")
+                        .arg(path));
+    }
     const QByteArray text = write();
     if (text.isEmpty())
         return false;
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
+    // What is still to be flushed when it commits may fail unnoticed.
+    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush()
+        && file.commit())
         return true;
     return fail(QStringLiteral("The file %1 cannot be written: %2. Check the folder and the space "
                                "that is left; a file that was there is as it was.")
