@@ -1,6 +1,7 @@
 #include "zelExchange/ZelAutoLayout.h"
 
 #include "zelExchange/ZelAutoLayoutComplex.h"
+#include "zelExchange/ZelAutoLayoutDrawn.h"
 #include "zelExchange/ZelAutoLayoutMolecule.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
@@ -22,50 +23,6 @@ namespace {
 
 using namespace zel::layout;
 
-enum TagDirectionChange : int { NextSide = 0, PreviousSide = 1, MirroredSide = 2 };
-
-QRectF rectOf(const QPointF &centre, const QSizeF &size)
-{
-    return {centre - QPointF(size.width() / 2.0, size.height() / 2.0), size};
-}
-
-QRectF sceneRectOf(const ZelEllipseItem *item)
-{
-    return item->mapRectToScene(item->rect());
-}
-
-/// Gives the item a rectangle in the scene, with its origin on the centre.
-void place(ZelEllipseItem *item, const QRectF &sceneRect)
-{
-    const QRectF rect = rectOf({}, sceneRect.size());
-    if (item->rect() != rect)
-        item->setRect(rect);
-    const QPointF centre = sceneRect.center();
-    item->setPos(item->parentItem() ? item->parentItem()->mapFromScene(centre) : centre);
-}
-
-/// Brings up to date what follows the component's place and size.
-void refresh(SdcMcp *mcp)
-{
-    ZelEllipseItemMcp *const item = mcp->getZelEllipseItemMcp();
-    for (SdcBst *bst : mcp->getListSdcBst())
-        bst->updateBstLabel();
-    item->updateMcpMcpPos();
-    item->updateLayoutOfListStateSticky(true);
-    item->updateNotIndicator();
-    item->notifyPosChanged();
-}
-
-QList<SdcMcp *> drawnComponents(SdcMol *mol)
-{
-    QList<SdcMcp *> list;
-    for (SdcMcp *mcp : mol->getListSdcMcp()) {
-        if (mcp && mcp->getZelEllipseItemMcp())
-            list.append(mcp);
-    }
-    return list;
-}
-
 QColor colourOf(SdcMol *mol)
 {
     const QColor stored(mol ? mol->getProperty(SdcProperty::Color) : QString());
@@ -80,10 +37,10 @@ void drawSites(SdcMcp *mcp, const std::vector<QPointF> &centres, ZelScene *scene
     ZelEllipseItemMcp *const item = mcp->getZelEllipseItemMcp();
     const QList<SdcBst *> sites = mcp->getListSdcBst();
     for (qsizetype i = 0; i < sites.size(); ++i) {
-        const QRectF rect = rectOf(
+        const QRectF rect = rectAbout(
             centres.at(static_cast<std::size_t>(i)), QSizeF(2.0 * SiteRadius, 2.0 * SiteRadius));
         if (ZelEllipseItemBst *siteItem = sites.at(i)->getZelEllipseItemBst()) {
-            place(siteItem, rect);
+            placeItem(siteItem, rect);
             continue;
         }
         ZelEllipseItemBst *const siteItem =
@@ -92,83 +49,6 @@ void drawSites(SdcMcp *mcp, const std::vector<QPointF> &centres, ZelScene *scene
         siteItem->setSdcBst(sites.at(i));
         sites.at(i)->updateDisplayBstBindingStatus();
     }
-}
-
-/// A molecule with its items, seen as a rigid body about the centre of its drawing.
-struct DrawnBody
-{
-    QList<SdcMcp *> mcps;
-    QPointF origin;
-    Body body;
-    QHash<SdcBst *, int> siteIndices;
-};
-
-bool isCircle(const QRectF &rect)
-{
-    return std::abs(rect.width() - rect.height()) < 0.01;
-}
-
-DrawnBody bodyOf(SdcMol *mol)
-{
-    DrawnBody drawn;
-    drawn.mcps = drawnComponents(mol);
-    QRectF bounds;
-    for (SdcMcp *mcp : std::as_const(drawn.mcps))
-        bounds |= sceneRectOf(mcp->getZelEllipseItemMcp());
-    drawn.origin = bounds.center();
-    const auto discOf = [&drawn](const QRectF &rect) {
-        return Disc{rect.center() - drawn.origin, std::max(rect.width(), rect.height()) / 2.0};
-    };
-    Body &body = drawn.body;
-    for (SdcMcp *mcp : std::as_const(drawn.mcps)) {
-        const QRectF rect = sceneRectOf(mcp->getZelEllipseItemMcp());
-        body.components.push_back(discOf(rect));
-        body.quarterTurnsOnly = body.quarterTurnsOnly || !isCircle(rect);
-        for (SdcBst *bst : mcp->getListSdcBst()) {
-            ZelEllipseItemBst *const item = bst->getZelEllipseItemBst();
-            if (!item)
-                continue;
-            const QRectF siteRect = sceneRectOf(item);
-            body.quarterTurnsOnly = body.quarterTurnsOnly || !isCircle(siteRect);
-            const QPointF way = siteRect.center() - rect.center();
-            const double length = std::hypot(way.x(), way.y());
-            drawn.siteIndices.insert(bst, static_cast<int>(body.sites.size()));
-            body.sites.push_back(
-                {discOf(siteRect), length > 0.0 ? way / length : QPointF(1.0, 0.0)});
-        }
-    }
-    return drawn;
-}
-
-void move(const DrawnBody &drawn, const Placement &placement)
-{
-    const bool swapsExtent = std::fmod(placement.angle, 180.0) == 90.0;
-    const auto moved = [&](const QRectF &rect) {
-        return rectOf(placement.map(rect.center() - drawn.origin),
-            swapsExtent ? rect.size().transposed() : rect.size());
-    };
-    // Where everything was, before the first item moves and takes its children along.
-    QList<QPair<ZelEllipseItem *, QRectF>> places;
-    for (SdcMcp *mcp : drawn.mcps)
-        places.append({mcp->getZelEllipseItemMcp(), sceneRectOf(mcp->getZelEllipseItemMcp())});
-    for (SdcMcp *mcp : drawn.mcps) {
-        for (SdcBst *bst : mcp->getListSdcBst()) {
-            if (ZelEllipseItemBst *item = bst->getZelEllipseItemBst())
-                places.append({item, sceneRectOf(item)});
-        }
-    }
-    for (const auto &[item, rect] : std::as_const(places))
-        place(item, moved(rect));
-    for (SdcMcp *mcp : drawn.mcps) {
-        if (placement.mirrored)
-            mcp->changeTagDirectionCode(MirroredSide);
-        if (placement.angle == 90.0)
-            mcp->changeTagDirectionCode(NextSide);
-        else if (placement.angle == 270.0)
-            mcp->changeTagDirectionCode(PreviousSide);
-    }
-    for (SdcMcp *mcp : drawn.mcps)
-        refresh(mcp);
 }
 
 float hueAt(int index)
@@ -185,7 +65,7 @@ ZelEllipseItemMcp *ZelAutoLayout::makeItem(SdcMcp *mcp, ZelScene *scene)
         return nullptr;
     if (ZelEllipseItemMcp *item = mcp->getZelEllipseItemMcp())
         return item;
-    const QRectF rect = rectOf({}, QSizeF(40.0, 40.0));
+    const QRectF rect = rectAbout({}, QSizeF(40.0, 40.0));
     ZelEllipseItemMcp *const item = scene ? scene->addMcp(rect) : ZelScene::createMcp(rect);
     SdcMol *const mol = mcp->getParentSdcMol();
     item->setBrush(QBrush(colourOf(mol), Qt::SolidPattern));
@@ -212,8 +92,8 @@ void ZelAutoLayout::drawMolecule(
     for (qsizetype i = 0; i < mcps.size(); ++i) {
         const ComponentPlace &component = places[static_cast<std::size_t>(i)];
         const double diameter = 2.0 * component.radius;
-        place(mcps.at(i)->getZelEllipseItemMcp(),
-            rectOf(component.centre, QSizeF(diameter, diameter)));
+        placeItem(mcps.at(i)->getZelEllipseItemMcp(),
+            rectAbout(component.centre, QSizeF(diameter, diameter)));
         drawSites(mcps.at(i), component.sites, scene);
     }
     for (const auto &[a, b] : backbone) {
@@ -221,7 +101,7 @@ void ZelAutoLayout::drawMolecule(
             ZelScene::createBackBone(first->getZelEllipseItemMcp(), second->getZelEllipseItemMcp());
     }
     for (SdcMcp *mcp : mcps)
-        refresh(mcp);
+        refreshDrawn(mcp);
 }
 
 void ZelAutoLayout::drawMolecule(SdcMol *mol, ZelScene *scene)
@@ -242,7 +122,7 @@ void ZelAutoLayout::arrangeComplex(SdcCpx *cpx)
     QHash<SdcBst *, QPair<int, int>> ends; // body and site
     QRectF bounds;
     for (SdcMol *mol : cpx->getChildMolList()) {
-        DrawnBody entry = bodyOf(mol);
+        DrawnBody entry = drawnBodyOf(mol);
         if (entry.mcps.isEmpty())
             continue;
         for (auto it = entry.siteIndices.cbegin(); it != entry.siteIndices.cend(); ++it)
@@ -268,7 +148,7 @@ void ZelAutoLayout::arrangeComplex(SdcCpx *cpx)
     for (qsizetype i = 0; i < drawn.size(); ++i) {
         Placement &placement = placements[static_cast<std::size_t>(i)];
         placement.centre += bounds.center();
-        move(drawn.at(i), placement);
+        moveDrawn(drawn.at(i), placement);
     }
 }
 

@@ -69,34 +69,6 @@ void lengthenCrowded(const std::vector<Body> &bodies, std::vector<BodyBond> *bon
     }
 }
 
-/// For each body the number of its connected part, counted from the first body on.
-std::vector<std::size_t> partsOf(std::size_t count, const std::vector<BodyBond> &bonds)
-{
-    std::vector<std::size_t> leaders(count);
-    for (std::size_t i = 0; i < count; ++i)
-        leaders[i] = i;
-    const auto leaderOf = [&leaders](int body) {
-        auto i = static_cast<std::size_t>(body);
-        while (leaders[i] != i) {
-            leaders[i] = leaders[leaders[i]];
-            i = leaders[i];
-        }
-        return i;
-    };
-    for (const BodyBond &bond : bonds) {
-        const std::size_t a = leaderOf(bond.bodyA);
-        const std::size_t b = leaderOf(bond.bodyB);
-        leaders[std::max(a, b)] = std::min(a, b);
-    }
-    std::vector<std::size_t> parts(count);
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t leader = leaderOf(static_cast<int>(i));
-        parts[i] = leader == i ? next++ : parts[leader];
-    }
-    return parts;
-}
-
 /// Drawings side by side in rows of about equal width; moves their placements.
 void packRows(const std::vector<Body> &bodies, std::vector<std::vector<std::size_t>> parts,
     std::vector<Placement> *placements)
@@ -164,13 +136,7 @@ std::vector<Placement> arrangeBodies(
         [&bodies](const BodyBond &bond) { return isUsable(bodies, bond); });
     lengthenCrowded(bodies, &bonds);
     std::vector<Placement> placements(bodies.size());
-    const std::vector<std::size_t> partNumbers = partsOf(bodies.size(), bonds);
-    std::vector<std::vector<std::size_t>> parts;
-    for (std::size_t i = 0; i < bodies.size(); ++i) {
-        if (partNumbers[i] == parts.size())
-            parts.emplace_back();
-        parts[partNumbers[i]].push_back(i);
-    }
+    std::vector<std::vector<std::size_t>> parts = connectedParts(bodies.size(), bonds);
     const double walks =
         static_cast<double>(bodies.size()) * static_cast<double>(bodies.size() + bonds.size());
     if (bodies.size() > GreatestCount || walks > GreatestWalk) {

@@ -11,7 +11,7 @@ namespace zel::layout {
 
 inline double lengthOf(const QPointF &vector)
 {
-    return std::hypot(vector.x(), vector.y());
+    return std::sqrt(vector.x() * vector.x() + vector.y() * vector.y());
 }
 
 inline double crossOf(const QPointF &a, const QPointF &b)

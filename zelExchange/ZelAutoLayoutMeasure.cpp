@@ -188,4 +188,36 @@ QRectF boundsOf(const Drawing &drawing)
     return bounds;
 }
 
+std::vector<std::vector<std::size_t>> connectedParts(
+    std::size_t count, const std::vector<BodyBond> &bonds)
+{
+    std::vector<std::size_t> leaders(count);
+    for (std::size_t i = 0; i < count; ++i)
+        leaders[i] = i;
+    const auto leaderOf = [&leaders](int body) {
+        auto i = static_cast<std::size_t>(body);
+        while (leaders[i] != i) {
+            leaders[i] = leaders[leaders[i]];
+            i = leaders[i];
+        }
+        return i;
+    };
+    for (const BodyBond &bond : bonds) {
+        const std::size_t a = leaderOf(bond.bodyA);
+        const std::size_t b = leaderOf(bond.bodyB);
+        leaders[std::max(a, b)] = std::min(a, b);
+    }
+    std::vector<std::vector<std::size_t>> parts;
+    std::vector<std::size_t> numbers(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t leader = leaderOf(static_cast<int>(i));
+        if (leader == i) {
+            numbers[i] = parts.size();
+            parts.emplace_back();
+        }
+        parts[numbers[leader]].push_back(i);
+    }
+    return parts;
+}
+
 } // namespace zel::layout

@@ -43,4 +43,8 @@ ZELEXCHANGE_EXPORT int countCrossings(const Drawing &drawing);
 ZELEXCHANGE_EXPORT int countHits(const Drawing &drawing);
 ZELEXCHANGE_EXPORT QRectF boundsOf(const Drawing &drawing);
 
+/// The bodies that bonds hold together, in the order of the first of each part.
+std::vector<std::vector<std::size_t>> connectedParts(
+    std::size_t count, const std::vector<BodyBond> &bonds);
+
 } // namespace zel::layout

@@ -9,6 +9,7 @@ namespace zel::drawing {
 
 /// Z-values of an item relative to the item that it belongs to, unless said otherwise.
 namespace z {
+inline constexpr double Contact = -2.0; ///< absolute: behind all molecules
 inline constexpr double Backbone = -1.0; ///< below the component that is the line's parent
 inline constexpr double Halo = -1.0;
 inline constexpr double Label = 0.2; ///< on top of the toolkit's default
@@ -34,6 +35,8 @@ inline constexpr double RingOpacity = 0.7;
 inline constexpr double BondTrimStep = 1.0;
 inline constexpr double BondCpxHighlightWidth = 2.0;
 inline constexpr Qt::GlobalColor BondCpxColor = Qt::blue;
+
+inline constexpr double ContactPenWidth = 0.9;
 
 inline constexpr double BondDrawingPenWidth = 1.5;
 inline constexpr double BondDrawingRing = 2.5; ///< around the ends of a bond that is being drawn
@@ -78,6 +81,9 @@ inline constexpr double SiteLabelEnlargement = 16.0; ///< of a site while its la
 inline constexpr double SiteLabelLeastDeviceHeight = 4.0; ///< pixels; smaller is not legible
 inline constexpr int NamePointSize = 16;
 inline constexpr double NameVeilRadius = 5.0;
+inline constexpr double MolNamePixels = 13.0; ///< of a molecule on a contact map
+inline constexpr double PartNamePixels = 7.0; ///< of a component beside which it stands
+inline constexpr double SiteNamePixels = 6.0;
 inline constexpr int RectTextPointSize = 20;
 inline constexpr double RectTextShare = 0.9; ///< of the rectangle, that its text takes at most
 inline constexpr double RectTextRim = 2.5; ///< the light rim around the letters
@@ -92,6 +98,18 @@ inline QPen backbonePen()
 inline QPen bondCpxPen()
 {
     return QPen(BondCpxColor);
+}
+
+/// A bond that may be: two sites that an interaction joins.
+inline QPen contactPen()
+{
+    return {QColor(BondCpxColor), ContactPenWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+}
+
+/// A name on a contact map that stands beside what it names.
+inline QColor nameColor()
+{
+    return {30, 30, 30};
 }
 
 /// The strokes over a component that is negated.
