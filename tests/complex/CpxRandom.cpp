@@ -1,27 +1,19 @@
 #include "complex/CpxRandom.h"
 
-#include <QMap>
-
-#include <algorithm>
 #include <numeric>
-#include <vector>
 
 namespace {
 
 using End = CpxPlan::End;
 
-const QStringList PlainMolIds{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")};
+const QStringList PlainMolIds{"A", "B", "C"};
 // Prefixes of each other, texts of the rules themselves, none at all, characters on both sides of
 // those that the rules write.
-const QStringList OddMolIds{QString(), QStringLiteral("A"), QStringLiteral("AA"),
-    QStringLiteral("A(2): s--0"), QStringLiteral("A(1"), QStringLiteral("A!"), QStringLiteral("]"),
-    QStringLiteral("[B"), QStringLiteral("rankedNeighborMol-0]"), QStringLiteral("z"),
-    QStringLiteral("\u00e4")};
-const QStringList PlainSiteIds{QStringLiteral("s"), QStringLiteral("t"), QStringLiteral("u"),
-    QStringLiteral("v"), QStringLiteral("w")};
-const QStringList OddSiteIds{QString(), QStringLiteral("s"), QStringLiteral("s1"),
-    QStringLiteral("s--0;s"), QStringLiteral("0"), QStringLiteral(";"), QStringLiteral("]"),
-    QStringLiteral("t(Bound)"), QStringLiteral("rankedNeighborMol-0"), QStringLiteral("\"q\"")};
+const QStringList OddMolIds{QString(), "A", "AA", "A(2): s--0", "A(1", "A!", "]", "[B",
+    "rankedNeighborMol-0]", "z", "\u00e4"};
+const QStringList PlainSiteIds{"s", "t", "u", "v", "w"};
+const QStringList OddSiteIds{
+    QString(), "s", "s1", "s--0;s", "0", ";", "]", "t(Bound)", "rankedNeighborMol-0", "\"q\""};
 
 int randomStatus(RandomDice &dice)
 {

@@ -10,8 +10,6 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
-#include <QTest>
-
 #include <memory>
 
 namespace {
@@ -36,12 +34,11 @@ QStringList lines(const ZelDbRecord &record)
 
 CpxStage::CpxStage()
 {
-    if (!file.create(QStringLiteral(":memory:")))
+    if (!file.create(":memory:"))
         qFatal("no model in memory");
-    const QStringList features{QStringLiteral("P"), QStringLiteral("Q")};
-    molA = store(&db, QStringLiteral("A"),
-        {{QStringLiteral("kinase"), features, 2}, {QStringLiteral("tail"), {}, 1}});
-    molB = store(&db, QStringLiteral("B"), {{QStringLiteral("head"), features.mid(0, 1), 2}});
+    const QStringList features{"P", "Q"};
+    molA = store(&db, "A", {{"kinase", features, 2}, {"tail", {}, 1}});
+    molB = store(&db, "B", {{"head", features.mid(0, 1), 2}});
     if (molA.isEmpty() || molB.isEmpty())
         qFatal("molecules are not stored");
 }

@@ -259,14 +259,12 @@ CpxPlan::Mol mol(const QString &id, const QStringList &siteIds)
 }
 
 // Molecules of one kind with the sites s and t, each one's t bound to the next one's s.
-CpxPlan chain(const QStringList &ids, bool closed)
+CpxPlan chain(int count)
 {
     CpxPlan plan;
-    for (const QString &id : ids)
-        plan.mols.append(mol(id, {QStringLiteral("s"), QStringLiteral("t")}));
-    const int count = static_cast<int>(ids.size());
-    for (int i = 0; i + (closed ? 0 : 1) < count; ++i)
-        plan.bonds.append({{i, 1}, {(i + 1) % count, 0}});
+    plan.mols.fill(mol("A", {"s", "t"}), count);
+    for (int i = 0; i + 1 < count; ++i)
+        plan.bonds.append({{i, 1}, {i + 1, 0}});
     return plan;
 }
 
@@ -325,92 +323,33 @@ private slots:
     {
         // An A between a B that is ranked already and a C, whose other site is free.
         CpxPlan plan;
-        plan.mols = {mol(QStringLiteral("A"), {QStringLiteral("s2"), QStringLiteral("s1")}),
-            mol(QStringLiteral("B"), {QStringLiteral("t1")}),
-            mol(QStringLiteral("C"), {QStringLiteral("u"), QStringLiteral("r")})};
+        plan.mols = {mol("A", {"s2", "s1"}), mol("B", {"t1"}), mol("C", {"u", "r"})};
         plan.mols[2].mcps[0].sites[1].status = BindingStatusUnbound;
         plan.bonds = {{{0, 0}, {1, 0}}, {{2, 0}, {0, 1}}};
         const CpxModel model(plan);
         const Mols mols = model.mols();
         const Bonds bonds = Sdc::toListSdcBstBst(model.bonds());
         QCOMPARE(SdcCpx::getMolSignature(mols[0], mols, {mols[1]}, {bonds[0]}, false, nullptr),
-            QStringLiteral("[A(2): s1--0;s2--t1[rankedNeighborMol-0]]"));
+            "[A(2): s1--0;s2--t1[rankedNeighborMol-0]]");
         QCOMPARE(SdcCpx::getMolSignature(mols[0], mols, {}, bonds, false, mols[2]),
-            QStringLiteral("[A(2): s1--u[C(1): r--0;u--s1];s2--t1[B(2): t1--s2]]"));
+            "[A(2): s1--u[C(1): r--0;u--s1];s2--t1[B(2): t1--s2]]");
         QCOMPARE(SdcCpx::getMolSignature(mols[2], mols, {mols[2], mols[1]}, bonds, true, nullptr),
-            QStringLiteral("[C(2): r(Unbound)--0;u(Bound)--s1(Bound)[A(2): s1(Bound)--u(Bound)"
-                           "[rankedNeighborMol-0];s2(Bound)--t1(Bound)[rankedNeighborMol-1]]]"));
+            "[C(2): r(Unbound)--0;u(Bound)--s1(Bound)[A(2): s1(Bound)--u(Bound)"
+            "[rankedNeighborMol-0];s2(Bound)--t1(Bound)[rankedNeighborMol-1]]]");
         // A walk ends at molecules that are not among those to walk on.
         QCOMPARE(SdcCpx::getMolSignature(mols[0], {mols[0]}, {}, bonds, false, nullptr),
-            QStringLiteral("[A(2): s1--u;s2--t1]"));
+            "[A(2): s1--u;s2--t1]");
         QCOMPARE(SdcCpx::getMolSignature(mols[0], {mols[1]}, {}, bonds, false, nullptr), QString());
         // One that is there twice is entered twice.
         QCOMPARE(SdcCpx::getMolSignature(
                      mols[1], {mols[1], mols[0], mols[1]}, {}, bonds, false, nullptr),
-            QStringLiteral("[B(2): t1--s2[A(2): s1--u;s2--t1[B(2): t1--s2]]]"));
-    }
-
-    void aDoublyBoundSiteEmptiesEachTextThatReachesIt()
-    {
-        CpxPlan plan =
-            chain({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")}, false);
-        plan.bonds.append({{2, 0}, {0, 0}});
-        const CpxModel model(plan);
-        const Mols mols = model.mols();
-        const Bonds bonds = Sdc::toListSdcBstBst(model.bonds());
-        QCOMPARE(SdcCpx::getMolSignature(mols[0], mols, {}, bonds, false, nullptr), QString());
-        QCOMPARE(takeDebugLines(), QStringList{TwoBonds});
-        QCOMPARE(SdcCpx::getMolSignature(mols[0], {mols[0]}, {}, bonds, false, nullptr),
-            QStringLiteral("[A(2): s--s;t--s]"));
-        // Without texts nothing tells the molecules apart.
-        QCOMPARE(SdcCpx::getFrontMolSet(mols, bonds, false), mols);
-        QCOMPARE(takeDebugLines(), QStringList(4, TwoBonds));
-    }
-
-    void ranksChains_data()
-    {
-        QTest::addColumn<QStringList>("ids");
-        QTest::addColumn<QList<int>>("order");
-        QTest::addColumn<QString>("fingerPrint");
-        const QString a = QStringLiteral("A");
-        QTest::newRow("one") << QStringList{a} << QList<int>{0} << "Mols[A]; Interactions[]";
-        QTest::newRow("two") << QStringList{a, a} << QList<int>{0, 1}
-                             << "Mols[A, A]; Interactions[(mol-0)t-(mol-1)s]";
-        // The far end comes before the neighbour: "[A(" sorts before "[rankedNeighborMol-".
-        QTest::newRow("three") << QStringList{a, a, a} << QList<int>{0, 2, 1}
-                               << "Mols[A, A, A]; Interactions[(mol-0)t-(mol-2)s, "
-                                  "(mol-1)s-(mol-2)t]";
-        QTest::newRow("different")
-            << QStringList{QStringLiteral("C"), QStringLiteral("B"), a} << QList<int>{2, 1, 0}
-            << "Mols[A, B, C]; Interactions[(mol-0)s-(mol-1)t, "
-               "(mol-1)s-(mol-2)t]";
-        QTest::newRow("small letters sort behind the marks")
-            << QStringList{QStringLiteral("z"), QStringLiteral("z"), QStringLiteral("z")}
-            << QList<int>{0, 1, 2}
-            << "Mols[z, z, z]; Interactions[(mol-0)t-(mol-1)s, (mol-1)t-(mol-2)s]";
-    }
-    void ranksChains()
-    {
-        QFETCH(QStringList, ids);
-        QFETCH(QList<int>, order);
-        QFETCH(QString, fingerPrint);
-        const CpxModel model(chain(ids, false));
-        SdcCpx *const cpx = model.cpx();
-        QCOMPARE(cpx->getCpxFingerPrint(), fingerPrint);
-        cpx->reRankMols(false, false);
-        QCOMPARE(places(model.mols(), cpx->getChildMolList()), order);
-        QCOMPARE(cpx->getListMolPosMap(), order);
-        QCOMPARE(cpx->getSpecisStaticSymmetryState(), int(SdcCpx::AsymmetricSpecies));
-        QCOMPARE(cpx->getCpxFingerPrint(), fingerPrint);
-        // The order is found: nothing is left to change.
-        cpx->reRankMols(true, true);
-        QCOMPARE(cpx->getListMolPrevIndices(), QList<int>());
+            "[B(2): t1--s2[A(2): s1--u;s2--t1[B(2): t1--s2]]]");
     }
 
     void aHomodimerHasTwoFirstMolecules()
     {
         CpxPlan plan;
-        plan.mols.fill(mol(QStringLiteral("A"), {QStringLiteral("s"), QStringLiteral("t")}), 2);
+        plan.mols.fill(mol("A", {"s", "t"}), 2);
         plan.bonds = {{{1, 0}, {0, 0}}};
         plan.mols[0].mcps[0].sites[1].status = BindingStatusUnbound;
         const CpxModel model(plan);
@@ -425,8 +364,7 @@ private slots:
         // are asked only where statuses leave a choice.
         QCOMPARE(cpx->getRankedListMol(true, false), model.mols());
         QCOMPARE(cpx->getRankedListMol(true, true), model.mols());
-        QCOMPARE(cpx->getCpxFingerPrint(),
-            QStringLiteral("Mols[A, A]; Interactions[(mol-0)s-(mol-1)s]"));
+        QCOMPARE(cpx->getCpxFingerPrint(), "Mols[A, A]; Interactions[(mol-0)s-(mol-1)s]");
         // Both hold the same bond: by that nothing orders them.
         QCOMPARE(cpx->getSortedListMol(), Mols());
         cpx->reRankMols(false, true);
@@ -434,92 +372,10 @@ private slots:
         QCOMPARE(cpx->getSpecisStaticSymmetryState(), int(SdcCpx::SymmetricSpecies));
     }
 
-    void tiesDropMoleculesFromTheList_data()
-    {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<QList<int>>("order");
-        QTest::addColumn<int>("ties");
-        QTest::newRow("three") << 3 << QList<int>{0} << 2;
-        QTest::newRow("four") << 4 << QList<int>{0, 3} << 3;
-        QTest::newRow("five") << 5 << QList<int>{0} << 8;
-    }
-    void tiesDropMoleculesFromTheList()
-    {
-        QFETCH(int, count);
-        QFETCH(QList<int>, order);
-        QFETCH(int, ties);
-        CpxPlan plan;
-        plan.mols.fill(mol(QStringLiteral("A"), {}), count);
-        const CpxModel model(plan);
-        const Mols mols = model.mols();
-        const QStringList lines(ties, Tie + QStringLiteral(" \"[A(2): ]\" \"[A(2): ]\""));
-        QCOMPARE(places(mols, SdcCpx::getConstRankedMolList(mols, mols, {}, mols.first())), order);
-        QCOMPARE(takeDebugLines(), lines);
-        QCOMPARE(SdcCpx::getConstRankedMolList(mols, mols, {}, false), mols);
-        QCOMPARE(model.cpx()->getCpxFingerPrint().count(u'A'), order.size());
-        QCOMPARE(takeDebugLines(), lines);
-        // It is not connected: the order of the children is left alone.
-        model.cpx()->reRankMols(true, true);
-        QCOMPARE(model.cpx()->getChildMolList(), mols);
-        QCOMPARE(model.cpx()->getSortedListMol(), Mols());
-        QCOMPARE(takeDebugLines(),
-            QStringList{
-                QStringLiteral("Error found at QList<SdcMol *> SdcCpx::getSortedListMol() ")});
-    }
-
-    void aTieLosesNoMolecule()
-    {
-        // Two equal pairs of B on each A, by sites that share their ids: the Bs of an A tie.
-        CpxPlan plan;
-        const QStringList siteIds{QStringLiteral("a"), QStringLiteral("s"), QStringLiteral("s")};
-        plan.mols.fill(mol(QStringLiteral("A"), siteIds), 2);
-        for (int i = 0; i < 4; ++i) {
-            plan.mols.append(mol(QStringLiteral("B"), {QStringLiteral("t")}));
-            plan.bonds.append({{i / 2, 1 + i % 2}, {2 + i, 0}});
-        }
-        plan.bonds.append({{0, 0}, {1, 0}});
-        const CpxModel model(plan);
-        SdcCpx *const cpx = model.cpx();
-        const auto isTie = [](const QString &line) { return line.startsWith(Tie); };
-        cpx->reRankMols(false, false);
-        QStringList lines = takeDebugLines();
-        QVERIFY(!lines.isEmpty() && std::all_of(lines.cbegin(), lines.cend(), isTie));
-        QVERIFY(cpx->getRankedListMol(false, false).size() < 6);
-        lines = takeDebugLines();
-        QVERIFY(!lines.isEmpty() && std::all_of(lines.cbegin(), lines.cend(), isTie));
-        Mols after = cpx->getChildMolList();
-        Mols before = model.mols();
-        std::sort(after.begin(), after.end());
-        std::sort(before.begin(), before.end());
-        QCOMPARE(after, before);
-    }
-
-    void sortsTheMoleculesOfAListByTheirBonds()
-    {
-        // A chain whose ends have one bond each, by different sites.
-        CpxPlan plan = chain(QStringList(4, QStringLiteral("A")), false);
-        const CpxModel model(plan);
-        QCOMPARE(places(model.mols(), SdcCpx::sortListMol(model.mols(), model.bonds())),
-            (QList<int>{3, 0})); // both inner ones hold an s and a t
-        QCOMPARE(places(model.mols(), model.cpx()->getSortedListMol()), (QList<int>{3, 0}));
-        QCOMPARE(model.cpx()->getMolCode(), QStringLiteral("A;A;A;A"));
-    }
-
-    void aFingerPrintNamesMoleculesThatAreNotListed()
-    {
-        CpxPlan plan = chain(QStringList(3, QStringLiteral("A")), false);
-        plan.bonds.append(CpxPlan::Bond{{0, 0}});
-        const CpxModel model(plan);
-        QCOMPARE(SdcCpx::getCpxFingerPrint(
-                     {model.mols()[1], model.mols()[0]}, Sdc::toListSdcBstBst(model.bonds())),
-            QStringLiteral(
-                "Mols[A, A]; Interactions[(mol--1)s-(mol-0)t, (mol-0)s-(mol-1)t, (mol-1)s]"));
-    }
-
     void bearsAThousandMolecules()
     {
         constexpr int Count = 1000;
-        const CpxModel model(chain(QStringList(Count, QStringLiteral("A")), false));
+        const CpxModel model(chain(Count));
         const Mols ranked = model.cpx()->getRankedListMol(false, false);
         QList<int> expected(Count); // the first one, then from the far end back to it
         std::iota(expected.rbegin(), expected.rend() - 1, 1);

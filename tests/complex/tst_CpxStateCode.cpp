@@ -33,14 +33,11 @@ struct Stage
 
     Stage()
     {
-        file.create(QStringLiteral(":memory:"));
-        store(QStringLiteral("A"),
-            {{QStringLiteral("a"), {QStringLiteral("P"), QStringLiteral("Q"), QStringLiteral("R")},
-                 2},
-                {QStringLiteral("b"), {}, 1}});
-        store(QStringLiteral("B"), {{QStringLiteral("c"), {QStringLiteral("X")}, 1}});
-        add(QStringLiteral("mol1"));
-        add(QStringLiteral("mol2"));
+        file.create(":memory:");
+        store("A", {{"a", {"P", "Q", "R"}, 2}, {"b", {}, 1}});
+        store("B", {{"c", {"X"}, 1}});
+        add("mol1");
+        add("mol2");
     }
 
     void store(const QString &name, const QList<ZelTree::Mcp> &mcps)
@@ -82,10 +79,10 @@ struct Stage
     /// Everything set, so that a load shows what it resets.
     void setAll()
     {
-        setStates(QStringLiteral("222  2"));
-        setStatuses(QStringLiteral("2222"));
+        setStates("222  2");
+        setStatuses("2222");
         for (SdcMcp *each : cpx.getListSdcMcp())
-            each->setProperty(SdcProperty::Negation, QStringLiteral("1"));
+            each->setProperty(SdcProperty::Negation, "1");
     }
 
     /// For each component: states, state code, "!" when negated, statuses of its sites.
@@ -178,14 +175,14 @@ private slots:
         stage.setStates(states);
         stage.setStatuses(statuses);
         if (negated >= 0)
-            stage.mcp(negated)->setProperty(SdcProperty::Negation, QStringLiteral("1"));
+            stage.mcp(negated)->setProperty(SdcProperty::Negation, "1");
         QTEST(stage.signature(withId), "expected");
     }
 
     void aBondShowsAsBoundWhileItLasts()
     {
         Stage stage;
-        stage.setStatuses(QStringLiteral("4111"));
+        stage.setStatuses("4111");
         const QString before = stage.cpx.getBstBindingCode();
         QCOMPARE(before,
             QStringLiteral(
@@ -211,28 +208,26 @@ private slots:
     void eachMoleculeIsBoundInItsOwnComplex()
     {
         CpxPlan plan;
-        plan.mols.fill({QStringLiteral("A"), {CpxPlan::Mcp()}}, 2);
+        plan.mols.fill({"A", {CpxPlan::Mcp()}}, 2);
         for (CpxPlan::Mol &mol : plan.mols)
-            mol.mcps[0].sites = {{QStringLiteral("s")}};
+            mol.mcps[0].sites = {{"s"}};
         const CpxModel pair(plan);
         plan.bonds = {{{0, 0}, {1, 0}}};
         const CpxModel dimer(plan);
-        const std::unique_ptr<SdcMol> single(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("A"), {{QStringLiteral("a"), {}, 1}}));
+        const std::unique_ptr<SdcMol> single(ZelTree::bareMolecule(nullptr, "A", {{"a", {}, 1}}));
         const QString code = SdcCpx::getBstBindingCodeFromListMol(
             {dimer.mols().at(0), pair.mols().at(0), single.get(), dimer.mols().at(1)});
         QString bound;
-        for (const QString &mol : code.split(QStringLiteral("<mol ")).sliced(1))
+        for (const QString &mol : code.split("<mol ").sliced(1))
             bound += mol.contains(u"Bound") ? u'+' : u'-';
-        QCOMPARE(bound, QStringLiteral("+--+"));
+        QCOMPARE(bound, "+--+");
     }
 
     void aLostStickyEndsTheProcess()
     {
         QProcess child;
         child.setProcessChannelMode(QProcess::MergedChannels);
-        child.start(QCoreApplication::applicationFilePath(),
-            {QStringLiteral("--child"), QStringLiteral("null-sticky")});
+        child.start(QCoreApplication::applicationFilePath(), {"--child", "null-sticky"});
         QVERIFY(child.waitForFinished());
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
         QCOMPARE(child.exitCode(), 1);
@@ -310,16 +305,15 @@ private slots:
     void thePublicLoaderTakesMoleculePositionsAsIndices()
     {
         Stage stage;
-        stage.cpx.setProperty(SdcProperty::PsiimId, QStringLiteral("cpx7"));
-        stage.cpx.setProperty(SdcProperty::CpaPsiimId, QStringLiteral("cpa8"));
-        stage.add(QStringLiteral("mol1"));
-        stage.setStates(QStringLiteral("122  4 222 "));
-        stage.setStatuses(QStringLiteral("2111111"));
+        stage.cpx.setProperty(SdcProperty::PsiimId, "cpx7");
+        stage.cpx.setProperty(SdcProperty::CpaPsiimId, "cpa8");
+        stage.add("mol1");
+        stage.setStates("122  4 222 ");
+        stage.setStatuses("2111111");
         // The code of molecule 1 lands on the second child, which has no second component.
         stage.cpx.loadAliasMcpStateCode(
             QLatin1String("<cpx>") + stage.signature() + QLatin1String("</cpx>"), true);
-        QCOMPARE(stage.text(),
-            QStringLiteral("444:P(0);Q(0);R(0)[11] :[1] 1:X(-)[1] 444:P(0);Q(0);R(0)[11] :[1]"));
+        QCOMPARE(stage.text(), "444:P(0);Q(0);R(0)[11] :[1] 1:X(-)[1] 444:P(0);Q(0);R(0)[11] :[1]");
         QCOMPARE(takeDebugText(),
             "Error found at void SdcCpx::loadAliasMcpStateCode(const QString & stateCode, bool "
             "loadBindingStatus): unknown binding sites 2 the first is \"bst1\"\n"
@@ -349,7 +343,7 @@ private slots:
                            R"x(<mol pos="1"><mcp pos="1" states="0"/></mol></cpx>)x")
                 .arg(mol, mcp),
             true);
-        QCOMPARE(stage.text(), QStringLiteral("244:P[11] :[1] 4:X(0)[1]"));
+        QCOMPARE(stage.text(), "244:P[11] :[1] 4:X(0)[1]");
         QCOMPARE(takeDebugLines(),
             QStringList(
                 QStringLiteral("Error found at void SdcCpx::loadAliasMcpStateCode(const QString & "
@@ -365,11 +359,10 @@ private slots:
             "<cpx\t>\n<mol pos='0'><mcp pos=\"1\" states=\"0;1(-);2\"/></mol></cpx>");
         stage.cpx.loadAliasMcpStateCode(code, false);
         QCOMPARE(takeDebugLines(),
-            QStringList({QStringLiteral("Error found in void SdcCpx::loadAliasMcpStateCode(const "
-                                        "QString & stateCode, bool loadBindingStatus): "),
-                QStringLiteral("\tstatdeCode: \"%1\"").arg(code),
-                QStringLiteral("\tloadBindingStatus:  false")}));
-        QCOMPARE(stage.text(), QStringLiteral("21:P;Q(-);R[11] :[1] 4:X(0)[1]"));
+            QStringList({"Error found in void SdcCpx::loadAliasMcpStateCode(const "
+                         "QString & stateCode, bool loadBindingStatus): ",
+                QStringLiteral("\tstatdeCode: \"%1\"").arg(code), "\tloadBindingStatus:  false"}));
+        QCOMPARE(stage.text(), "21:P;Q(-);R[11] :[1] 4:X(0)[1]");
     }
 
     void whatIsNotWellFormedChangesNothingAfterTheReset_data()
@@ -399,8 +392,8 @@ private slots:
     {
         QFETCH(QString, code);
         Stage stage;
-        stage.setStates(QStringLiteral("222  2"));
-        stage.setStatuses(QStringLiteral("2222"));
+        stage.setStates("222  2");
+        stage.setStatuses("2222");
         stage.cpx.loadAliasMcpStateCode(code, true);
         QCOMPARE(stage.text(), ResetText);
         const QStringList lines = takeDebugLines();
@@ -433,38 +426,16 @@ private slots:
         stage.cpx.loadAliasMcpStateCode(QStringLiteral("<cpx><mol pos='1'>") + content
                 + QStringLiteral("<mcp pos='1' states='0(-)'/></mol></cpx>"),
             true);
-        QCOMPARE(stage.text(), QStringLiteral("444:P(0);Q(0);R(0)[11] :[1] 1:X(-)[1]"));
+        QCOMPARE(stage.text(), "444:P(0);Q(0);R(0)[11] :[1] 1:X(-)[1]");
         QVERIFY(writes < 4); // each part is set once
-    }
-
-    void eachComponentTypeIsAskedForOnce()
-    {
-        Stage stage;
-        for (int i = 0; i < 4; ++i)
-            stage.add(QStringLiteral("mol1"));
-        QString code;
-        for (int i = 0; i < 6; ++i)
-            code += QStringLiteral(R"x(<mol pos="%1"><mcp pos="1" states="0"/></mol>)x").arg(i);
-        int asked = 0;
-        stage.file.setStatementObserver([&asked](const QString &sql, const QVariantList &) {
-            asked += sql.contains(QLatin1String("mcpState")) ? 1 : 0;
-        });
-        stage.cpx.setAllMcpStateType(ComponentStateDontCare, false);
-        const int forReset = std::exchange(asked, 0);
-        stage.cpx.loadAliasMcpStateCode(
-            QLatin1String("<cpx>") + code + QLatin1String("</cpx>"), true);
-        QCOMPARE(asked, forReset + 2);
-        stage.file.setStatementObserver({});
-        QCOMPARE(stage.text().count(QLatin1String("244:P[11]")), 5);
     }
 
     void nothingIsNeededBesideTheComplex()
     {
         SdcCpx cpx(nullptr);
         cpx.addSdcChild(nullptr, false);
-        SdcMol *const mol = ZelTree::bareMolecule(
-            nullptr, QStringLiteral("M"), {{QStringLiteral("a"), {QStringLiteral("P")}, 1}});
-        mol->getListSdcBst().first()->setProperty(SdcProperty::PsiimId, QStringLiteral("s"));
+        SdcMol *const mol = ZelTree::bareMolecule(nullptr, "M", {{"a", {"P"}, 1}});
+        mol->getListSdcBst().first()->setProperty(SdcProperty::PsiimId, "s");
         cpx.addSdcChild(mol, true);
         mol->getSdcMcpAtIndex(0)->addSdcChild(nullptr, false);
         mol->addSdcChild(nullptr, false);

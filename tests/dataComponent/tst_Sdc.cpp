@@ -41,7 +41,7 @@ QString kinds(Sdc *sdc)
         if (is)
             list.append(QLatin1String(name));
         if (is != (to == sdc))
-            list.append(QStringLiteral("!"));
+            list.append("!");
     };
     ask("Bst", sdc->isSdcBst(), sdc->toSdcBst());
     ask("Mcp", sdc->isSdcMcp(), sdc->toSdcMcp());
@@ -121,19 +121,17 @@ private slots:
     void settingTheNameEmptiesTheShortName()
     {
         SdcMol mol(nullptr);
-        mol.setProperty(2, QStringLiteral("EGFR"));
-        QCOMPARE(mol.text(), QStringLiteral("Molecule: EGFR"));
+        mol.setProperty(2, "EGFR");
+        QCOMPARE(mol.text(), "Molecule: EGFR");
         QSignalSpy changed(&mol, &Sdc::propertyChanged);
-        mol.setSdcName(QStringLiteral("Receptor"));
+        mol.setSdcName("Receptor");
         QCOMPARE(changed, (QList<QList<QVariant>>{{2, QString()}}));
-        QCOMPARE(mol.text(), QStringLiteral("Receptor: ShortName not defined"));
+        QCOMPARE(mol.text(), "Receptor: ShortName not defined");
     }
 
     void propertyIsAnnouncedOnceAndOnlyWhenItDiffers_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::newRow("the id") << int(SdcProperty::PsiimId);
-        QTest::newRow("another") << 7;
+        rows<int>({"key"}, {{"the id", {int(SdcProperty::PsiimId)}}, {"another", {7}}});
     }
 
     void propertyIsAnnouncedOnceAndOnlyWhenItDiffers()
@@ -146,18 +144,16 @@ private slots:
         connect(mol, &Sdc::propertyChanged, this, [&](int changed, const QString &value) {
             log.append(QStringLiteral("%1=%2").arg(changed).arg(value));
         });
-        connect(mol, &Sdc::signal_changed, this, [&] { log.append(QStringLiteral("mol")); });
-        connect(&cpx, &Sdc::signal_changed, this, [&] { log.append(QStringLiteral("cpx")); });
-        mol->setProperty(key, QStringLiteral("x"));
-        QCOMPARE(log,
-            QStringList(
-                {QStringLiteral("%1=x").arg(key), QStringLiteral("mol"), QStringLiteral("cpx")}));
+        connect(mol, &Sdc::signal_changed, this, [&] { log.append("mol"); });
+        connect(&cpx, &Sdc::signal_changed, this, [&] { log.append("cpx"); });
+        mol->setProperty(key, "x");
+        QCOMPARE(log, QStringList({QStringLiteral("%1=x").arg(key), "mol", "cpx"}));
         log.clear();
-        mol->setProperty(key, QStringLiteral("x"));
+        mol->setProperty(key, "x");
         QCOMPARE(mol->getPropertyView(key), QStringView(u"x"));
         SdcMol copy(nullptr);
         mol->copyPropertiesTo(&copy);
-        QCOMPARE(copy.getProperty(key), QStringLiteral("x"));
+        QCOMPARE(copy.getProperty(key), "x");
         QCOMPARE(copy.getProperties(), mol->getProperties());
         mol->clearProperty(key);
         QVERIFY(!mol->hasProperty(key));
@@ -222,8 +218,8 @@ private slots:
             mols.append(new SdcMol(nullptr));
             cpx.addSdcChild(mols.last(), true);
         }
-        QCOMPARE(mols.at(3)->text(), QStringLiteral("Molecule 4: ShortName not defined"));
-        mols.at(3)->setProperty(2, QStringLiteral("D"));
+        QCOMPARE(mols.at(3)->text(), "Molecule 4: ShortName not defined");
+        mols.at(3)->setProperty(2, "D");
         mols.at(3)->updateCurrentIndexToPrevIndex();
         cpx.removeSdcChild(mols.at(1));
         QCOMPARE(mols.at(1)->getPosIndex(), -1);
@@ -232,11 +228,11 @@ private slots:
         QCOMPARE(cpx.rowCount(), 3);
         QCOMPARE(mols.at(3)->getPosIndex(), 2);
         QCOMPARE(mols.at(3)->getPrevIndex(), 3);
-        QCOMPARE(mols.at(3)->text(), QStringLiteral("Molecule 3: D"));
+        QCOMPARE(mols.at(3)->text(), "Molecule 3: D");
         cpx.switchChildrenBetween2Indices(0, 2);
         QCOMPARE(mols.at(3)->getPosIndex(), 0);
         QCOMPARE(mols.at(0)->getPosIndex(), 2);
-        QCOMPARE(mols.at(3)->text(), QStringLiteral("Molecule 3: D")); // texts are not touched
+        QCOMPARE(mols.at(3)->text(), "Molecule 3: D"); // texts are not touched
         cpx.switchChildrenBetween2Indices(0, 3);
         cpx.switchChildrenBetween2Indices(-1, 0);
         QCOMPARE(mols.at(3)->getPosIndex(), 0);
@@ -252,7 +248,7 @@ private slots:
         SdcCpx first(nullptr);
         SdcCpx second(nullptr);
         auto *mol = new SdcMol(nullptr);
-        mol->setProperty(2, QStringLiteral("M"));
+        mol->setProperty(2, "M");
         first.addSdcChild(mol, true);
         second.addSdcChild(mol, true);
         QCOMPARE(first.rowCount(), 0);
@@ -267,7 +263,7 @@ private slots:
     {
         SdcCpx cpx(nullptr);
         auto *mol = new SdcMol(nullptr);
-        mol->setProperty(2, QStringLiteral("S"));
+        mol->setProperty(2, "S");
         cpx.addSdcChild(mol, true);
         QCOMPARE(mol->getDisplayName(false, false), "S");
         QCOMPARE(mol->getDisplayName(true, false), "Molecule: S");
@@ -277,42 +273,42 @@ private slots:
 
     void layoutIsRelativeToTheParent()
     {
-        const std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, QStringLiteral("M"),
-            {{QStringLiteral("a"), {QStringLiteral("P")}, 1}, {QStringLiteral("b"), {}, 0}}));
-        mol->setProperty(1, QStringLiteral("mol<1>&\"'"));
+        const std::unique_ptr<SdcMol> mol(
+            ZelTree::molecule(nullptr, "M", {{"a", {"P"}, 1}, {"b", {}, 0}}));
+        mol->setProperty(1, "mol<1>&\"'");
         SdcMcp *const mcp = mol->getSdcMcpAtIndex(1);
         mcp->setTagDirectionCode(3);
         mcp->setTagSize(1.0 / 3.0);
         QDomDocument doc;
         QVERIFY(doc.setContent(mol->getGraphicsInfo()));
-        QCOMPARE(doc.doctype().name(), QStringLiteral("doc"));
-        QCOMPARE(doc.documentElement().tagName(), QStringLiteral("schema"));
+        QCOMPARE(doc.doctype().name(), "doc");
+        QCOMPARE(doc.documentElement().tagName(), "schema");
         const QDomElement molElement = doc.documentElement().firstChildElement();
-        QCOMPARE(molElement.attribute(QStringLiteral("psiimId")), mol->getPsiimId());
-        QVERIFY(!molElement.hasAttribute(QStringLiteral("posIndex")));
-        QCOMPARE(molElement.firstChildElement().tagName(), QStringLiteral("boundingRect"));
-        const QDomElement a = molElement.firstChildElement(QStringLiteral("mcp"));
+        QCOMPARE(molElement.attribute("psiimId"), mol->getPsiimId());
+        QVERIFY(!molElement.hasAttribute("posIndex"));
+        QCOMPARE(molElement.firstChildElement().tagName(), "boundingRect");
+        const QDomElement a = molElement.firstChildElement("mcp");
         const QDomElement b = a.nextSiblingElement();
-        QVERIFY(!a.hasAttribute(QStringLiteral("tagDirectCode")));
-        QCOMPARE(b.attribute(QStringLiteral("tagDirectCode")), QStringLiteral("3"));
-        QCOMPARE(b.attribute(QStringLiteral("tagSize")), QStringLiteral("0.333333"));
-        QCOMPARE(b.attribute(QStringLiteral("posIndex")), QStringLiteral("1"));
+        QVERIFY(!a.hasAttribute("tagDirectCode"));
+        QCOMPARE(b.attribute("tagDirectCode"), "3");
+        QCOMPARE(b.attribute("tagSize"), "0.333333");
+        QCOMPARE(b.attribute("posIndex"), "1");
         const QDomElement rectB = b.firstChildElement();
-        QCOMPARE(rectB.attribute(QStringLiteral("x")), QStringLiteral("80"));
-        QCOMPARE(rectB.attribute(QStringLiteral("y")), QStringLiteral("0"));
-        QCOMPARE(rectB.attribute(QStringLiteral("w")), QStringLiteral("60"));
+        QCOMPARE(rectB.attribute("x"), "80");
+        QCOMPARE(rectB.attribute("y"), "0");
+        QCOMPARE(rectB.attribute("w"), "60");
         // The site on the right rim, from its component's top left corner.
-        const QDomElement site = a.firstChildElement(QStringLiteral("bst")).firstChildElement();
-        QCOMPARE(site.attribute(QStringLiteral("x")), QStringLiteral("54"));
-        QCOMPARE(site.attribute(QStringLiteral("y")), QStringLiteral("14"));
+        const QDomElement site = a.firstChildElement("bst").firstChildElement();
+        QCOMPARE(site.attribute("x"), "54");
+        QCOMPARE(site.attribute("y"), "14");
         for (SdcMcp *each : mol->getListSdcMcp())
             delete each->getZelEllipseItemMcp();
     }
 
     void highlightStopsWhereTheTargetSays()
     {
-        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(nullptr, QStringLiteral("M"),
-            {{QStringLiteral("a"), {}, 2}, {QStringLiteral("b"), {}, 1}}));
+        const std::unique_ptr<SdcMol> mol(
+            ZelTree::bareMolecule(nullptr, "M", {{"a", {}, 2}, {"b", {}, 1}}));
         SdcMcp *const mcp = mol->getSdcMcpAtIndex(0);
         const auto lit = [&] {
             QString text;
@@ -322,13 +318,13 @@ private slots:
             return text;
         };
         mol->highlightChildSdc(mcp);
-        QCOMPARE(lit(), QStringLiteral("0100"));
+        QCOMPARE(lit(), "0100");
         mol->highlightChildSdc(mcp->getChildSdcAtIndex(0));
-        QCOMPARE(lit(), QStringLiteral("0010"));
+        QCOMPARE(lit(), "0010");
         mol->highlightChildSdc(mol.get());
-        QCOMPARE(lit(), QStringLiteral("1111"));
+        QCOMPARE(lit(), "1111");
         mol->setHighlight(false);
-        QCOMPARE(lit(), QStringLiteral("0000"));
+        QCOMPARE(lit(), "0000");
     }
 
     void equalIdsKeepTheirOrder()
@@ -345,17 +341,16 @@ private slots:
 
     void copyingPropertiesPairsChildrenOfOneKind()
     {
-        const std::unique_ptr<SdcMol> from(ZelTree::bareMolecule(nullptr, QStringLiteral("From"),
-            {{QStringLiteral("a"), {}, 1}, {QStringLiteral("b"), {}, 0}}));
-        const std::unique_ptr<SdcMol> to(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("To"), {{QStringLiteral("x"), {}, 3}}));
-        from->getSdcMcpAtIndex(0)->getChildSdcAtIndex(0)->setProperty(2, QStringLiteral("s"));
+        const std::unique_ptr<SdcMol> from(
+            ZelTree::bareMolecule(nullptr, "From", {{"a", {}, 1}, {"b", {}, 0}}));
+        const std::unique_ptr<SdcMol> to(ZelTree::bareMolecule(nullptr, "To", {{"x", {}, 3}}));
+        from->getSdcMcpAtIndex(0)->getChildSdcAtIndex(0)->setProperty(2, "s");
         to->addSdcChild(new SdcBst(nullptr), true);
         takeDebugLines(); // a site outside a component has no number
         from->copyPropertiesTo(to.get());
-        QCOMPARE(to->text(), QStringLiteral("Molecule: From"));
-        QCOMPARE(to->getSdcMcpAtIndex(0)->text(), QStringLiteral("Molecule component 1: a"));
-        QCOMPARE(to->getListSdcBst().at(0)->getProperty(2), QStringLiteral("s"));
+        QCOMPARE(to->text(), "Molecule: From");
+        QCOMPARE(to->getSdcMcpAtIndex(0)->text(), "Molecule component 1: a");
+        QCOMPARE(to->getListSdcBst().at(0)->getProperty(2), "s");
         QCOMPARE(to->getListSdcBst().at(1)->getProperty(2), QString());
         QCOMPARE(to->getChildSdcAtIndex(1)->getProperty(2), QString());
         takeDebugLines();
@@ -403,15 +398,14 @@ private slots:
     {
         QFETCH(bool, negated);
         QFETCH(bool, dontCare);
-        const std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, QStringLiteral("M"),
-            {{QStringLiteral("a"), {}, 0}, {QStringLiteral("b"), {QStringLiteral("P")}, 0}}));
-        mol->getSdcMcpAtIndex(1)->setProperty(10, negated ? QStringLiteral("1") : QString());
+        const std::unique_ptr<SdcMol> mol(
+            ZelTree::molecule(nullptr, "M", {{"a", {}, 0}, {"b", {"P"}, 0}}));
+        mol->getSdcMcpAtIndex(1)->setProperty(10, negated ? "1" : QString());
         mol->setAllMcpStateType(dontCare ? 4 : 1, false);
         QCOMPARE(mol->hasTagDontCare(), dontCare);
         QCOMPARE(mol->hasTagNegation(), negated);
         QCOMPARE(mol->hasTagDontCareOrNegation(), negated || dontCare);
-        QCOMPARE(mol->getSdcMcpAtIndex(1)->getProperty(9),
-            dontCare ? QStringLiteral("P(0)") : QStringLiteral("P(-)"));
+        QCOMPARE(mol->getSdcMcpAtIndex(1)->getProperty(9), dontCare ? "P(0)" : "P(-)");
         for (SdcMcp *mcp : mol->getListSdcMcp())
             delete mcp->getZelEllipseItemMcp();
     }
@@ -427,7 +421,7 @@ private slots:
         }
         int changes = 0;
         connect(&top, &Sdc::signal_changed, this, [&] { ++changes; });
-        last->setProperty(2, QStringLiteral("deep"));
+        last->setProperty(2, "deep");
         QCOMPARE(changes, 1);
         QCOMPARE(last->getTopParentSdc(), &top);
         QCOMPARE(top.getListSdcMol().size(), 1001);

@@ -5,8 +5,6 @@
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
@@ -35,11 +33,9 @@ private slots:
     void numbersRunOverTheMolecule()
     {
         ZelScene scene(nullptr);
-        const std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, QStringLiteral("M"),
-            {{QStringLiteral("a"), {}, 2}, {QStringLiteral("b"), {}, 0},
-                {QStringLiteral("c"), {}, 3}},
-            &scene));
-        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5"));
+        const std::unique_ptr<SdcMol> mol(
+            ZelTree::molecule(nullptr, "M", {{"a", {}, 2}, {"b", {}, 0}, {"c", {}, 3}}, &scene));
+        QCOMPARE(numbers(mol.get()), "1 2 3 4 5");
         SdcMcp *const a = mol->getSdcMcpAtIndex(0);
         SdcMcp *const c = mol->getSdcMcpAtIndex(2);
 
@@ -47,22 +43,22 @@ private slots:
         auto *added = new SdcBst(nullptr);
         scene.addBst(QRectF(10, -30, 12, 12), a->getZelEllipseItemMcp())->setSdcBst(added);
         a->addSdcBst(added);
-        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5 6"));
+        QCOMPARE(numbers(mol.get()), "1 2 3 4 5 6");
         a->removeSdcBst(added);
-        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5"));
+        QCOMPARE(numbers(mol.get()), "1 2 3 4 5");
         delete added->getZelEllipseItemBst();
         delete added;
 
         // The first component goes to the end.
         mol->removeSdcMcp(a);
-        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3"));
+        QCOMPARE(numbers(mol.get()), "1 2 3");
         mol->addSdcMcp(a);
-        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5"));
+        QCOMPARE(numbers(mol.get()), "1 2 3 4 5");
         QCOMPARE(c->getListSdcBst().first()->getDisplayIndex(), 1);
         mol->switchChildrenBetween2Indices(0, 2);
         QCOMPARE(a->getListSdcBst().first()->getDisplayIndex(), 1);
         mol->updatePosIndex();
-        QCOMPARE(numbers(mol.get()), QStringLiteral("1 2 3 4 5"));
+        QCOMPARE(numbers(mol.get()), "1 2 3 4 5");
     }
 
     void sitesThatWereThereFirstAreNumberedWhenTheirComponentJoins()
@@ -73,9 +69,9 @@ private slots:
         auto *bst = new SdcBst(nullptr);
         mcp->addSdcBst(bst);
         takeDebugLines(); // no molecule yet
-        QCOMPARE(bst->text(), QStringLiteral("Binding site 0: ShortName not defined"));
+        QCOMPARE(bst->text(), "Binding site 0: ShortName not defined");
         mol.addSdcMcp(mcp);
-        QCOMPARE(bst->text(), QStringLiteral("Binding site 1: ShortName not defined"));
+        QCOMPARE(bst->text(), "Binding site 1: ShortName not defined");
     }
 
     void numberOutsideAMolecule()
@@ -99,56 +95,18 @@ private slots:
         QCOMPARE(names.join(u','), "Don't Care,Don't Care,Bound,Don't Care,Unbound");
     }
 
-    void aBondOfTheEnclosingComplexBindsTheSite()
-    {
-        SdcCpx cpx(nullptr);
-        SdcCpx other(nullptr);
-        for (int i = 0; i < 2; ++i)
-            cpx.addSdcChild(
-                ZelTree::bareMolecule(nullptr, QStringLiteral("M"), {{QStringLiteral("a"), {}, 1}}),
-                true);
-        SdcBst *const site = cpx.getListSdcBst().at(0);
-        site->setBindingStatus(BindingStatusUnbound);
-        SdcBstBstCpx bond(nullptr);
-        bond.addSdcBst(site);
-        bond.addSdcBst(cpx.getListSdcBst().at(1));
-        QVERIFY(!site->isInCpxBinding());
-        other.addSdcBstBstCpx(&bond); // another complex's bond does not count
-        QVERIFY(site->isUnbound());
-        cpx.addSdcBstBstCpx(&bond);
-        QVERIFY(site->isInCpxBinding());
-        QVERIFY(site->isBound());
-        cpx.removeSdcBstBstCpx(&bond);
-        QVERIFY(site->isUnbound()); // what was set comes back
-    }
-
-    void theMarkIsShownWhereTheComplexShowsIt()
-    {
-        ZelScene scene(nullptr);
-        SdcCpx cpx(nullptr);
-        cpx.addSdcChild(
-            ZelTree::molecule(nullptr, QStringLiteral("M"), {{QStringLiteral("a"), {}, 1}}, &scene),
-            true);
-        SdcBst *const site = cpx.getListSdcBst().first();
-        site->setBindingStatus(BindingStatusBound);
-        QVERIFY(!site->getZelEllipseItemBst()->getBindStatusItem());
-        cpx.setBstBindingStatusEnabled(true);
-        site->setBindingStatus(BindingStatusBound); // unchanged, yet the mark is brought up to date
-        QVERIFY(site->getZelEllipseItemBst()->getBindStatusItem());
-    }
-
     void defaultNames()
     {
-        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(nullptr, QStringLiteral("M"),
-            {{QStringLiteral("SH2"), {}, 1}, {QStringLiteral("SH3"), {}, 2}}));
+        const std::unique_ptr<SdcMol> mol(
+            ZelTree::bareMolecule(nullptr, "M", {{"SH2", {}, 1}, {"SH3", {}, 2}}));
         const QList<SdcBst *> sites = mol->getListSdcBst();
-        QCOMPARE(sites.at(2)->bstGetDefaultName(false), QStringLiteral("SH3_site_3"));
-        sites.at(0)->setProperty(2, QStringLiteral("SH3_site_3"));
-        sites.at(1)->setProperty(2, QStringLiteral("SH3_site_3_1"));
-        QCOMPARE(sites.at(2)->bstGetDefaultName(false), QStringLiteral("SH3_site_3_2"));
-        sites.at(2)->setProperty(2, QStringLiteral("mine"));
-        QCOMPARE(sites.at(2)->bstGetDefaultName(false), QStringLiteral("mine"));
-        QCOMPARE(sites.at(2)->bstGetDefaultName(true), QStringLiteral("SH3_site_3_2"));
+        QCOMPARE(sites.at(2)->bstGetDefaultName(false), "SH3_site_3");
+        sites.at(0)->setProperty(2, "SH3_site_3");
+        sites.at(1)->setProperty(2, "SH3_site_3_1");
+        QCOMPARE(sites.at(2)->bstGetDefaultName(false), "SH3_site_3_2");
+        sites.at(2)->setProperty(2, "mine");
+        QCOMPARE(sites.at(2)->bstGetDefaultName(false), "mine");
+        QCOMPARE(sites.at(2)->bstGetDefaultName(true), "SH3_site_3_2");
     }
 
     void closeness()

@@ -3,12 +3,8 @@
 
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
-#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelLineItemBstBstMli.h"
-#include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
@@ -57,70 +53,25 @@ private slots:
         QVERIFY(b.getListSdcBstBst() == QList<SdcBstBst *>{&reversed});
     }
 
-    // The line follows its sites whether an item came before the bond or after it.
-    void theLineFollowsItsSites_data()
-    {
-        rows<bool>({"itemFirst"}, {{"item, then bond", {true}}, {"bond, then item", {false}}});
-    }
-
-    void theLineFollowsItsSites()
-    {
-        QFETCH(bool, itemFirst);
-        ZelScene scene(nullptr);
-        ZelEllipseItemMcp *const left = scene.addMcp(QRectF(-30, -20, 60, 40));
-        ZelEllipseItemMcp *const right = scene.addMcp(QRectF(170, -20, 60, 40));
-        SdcBst a(nullptr);
-        SdcBst b(nullptr);
-        SdcBstBstMli bond(nullptr);
-        auto *line = new ZelLineItemBstBstMli(false, nullptr);
-        scene.addItem(line);
-        line->setSdc(&bond);
-        bond.setZelLineItemBstBst(line);
-        const auto draw = [&] {
-            scene.addBst(QRectF(24, -6, 12, 12), left)->setSdcBst(&a);
-            scene.addBst(QRectF(164, -6, 12, 12), right)->setSdcBst(&b);
-        };
-        if (itemFirst)
-            draw();
-        bond.addSdcBst(&a);
-        bond.addSdcBst(&b);
-        if (!itemFirst)
-            draw();
-        right->moveBy(0.0, 100.0);
-        b.getZelEllipseItemBst()->notifyPosChanged();
-        QVERIFY(QLineF(line->line().p2(), b.getZelEllipseItemBst()->mapToScene(QPointF())).length()
-            < 10.0);
-        QCOMPARE(bond.getZelLineItemBstBstMli(), line);
-        delete line;
-        QCOMPARE(bond.getZelLineItemBstBstMli(), nullptr);
-        bond.updateBstPos();
-        bond.setHighlight(true, true);
-        QVERIFY(!bond.isHighlighted());
-    }
-
     void interactionsOfTheTwoSiteTypes()
     {
         ZelDbSqlite database;
-        QVERIFY(database.create(QStringLiteral(":memory:")));
+        QVERIFY(database.create(":memory:"));
         ZelDbSqliteModel db(&database);
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::bareMolecule(&db, QStringLiteral("M"), {{QStringLiteral("a"), {}, 3}}));
+        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(&db, "M", {{"a", {}, 3}}));
         QVERIFY(mol->saveToDb());
         const QList<SdcBst *> sites = mol->getListSdcBst();
-        QVERIFY(db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("mli1")},
-            {ZelDbColumn::AssociationRate, QStringLiteral("2e6")},
-            {ZelDbColumn::DissociationRate, QStringLiteral("0.3")},
-            {ZelDbColumn::Bst1, sites.at(0)->getPsiimId()},
-            {ZelDbColumn::MolPos1, QStringLiteral("0")},
-            {ZelDbColumn::Bst2, sites.at(1)->getPsiimId()},
-            {ZelDbColumn::MolPos2, QStringLiteral("1")}}));
+        QVERIFY(db.mliInsert({{ZelDbColumn::PsiimId, "mli1"}, {ZelDbColumn::AssociationRate, "2e6"},
+            {ZelDbColumn::DissociationRate, "0.3"}, {ZelDbColumn::Bst1, sites.at(0)->getPsiimId()},
+            {ZelDbColumn::MolPos1, "0"}, {ZelDbColumn::Bst2, sites.at(1)->getPsiimId()},
+            {ZelDbColumn::MolPos2, "1"}}));
         SdcBstBst declared(&db);
         declared.addSdcBst(sites.at(1));
         QVERIFY(!declared.isMliDefined());
         declared.addSdcBst(sites.at(0));
         QVERIFY(declared.isMliDefined());
-        QCOMPARE(declared.getDefaultAssocRateFromMli(), QStringLiteral("2e6"));
-        QCOMPARE(declared.getDefaultDissocRateFromMli(), QStringLiteral("0.3"));
+        QCOMPARE(declared.getDefaultAssocRateFromMli(), "2e6");
+        QCOMPARE(declared.getDefaultDissocRateFromMli(), "0.3");
         SdcBstBst undeclared(&db);
         undeclared.addSdcBst(sites.at(0));
         undeclared.addSdcBst(sites.at(2));
@@ -153,8 +104,7 @@ private slots:
         QVERIFY(!bonds[0].isInconsistentBinding());
         const QString places[2][2] = {{mol1, mcp1}, {mol2, mcp2}};
         for (int i = 0; i < 2; ++i) {
-            mols[i].reset(ZelTree::bareMolecule(
-                nullptr, QStringLiteral("M"), {{QStringLiteral("a"), {}, 1}}));
+            mols[i].reset(ZelTree::bareMolecule(nullptr, "M", {{"a", {}, 1}}));
             mols[i]->setProperty(25, places[i][0]);
             mols[i]->getSdcMcpAtIndex(0)->setProperty(25, places[i][1]);
         }

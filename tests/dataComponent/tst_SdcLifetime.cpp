@@ -21,9 +21,7 @@ class tst_SdcLifetime : public ZelTest
 
     static SdcMol *molecule(QObject *parent)
     {
-        auto *mol = ZelTree::bareMolecule(nullptr, QStringLiteral("M"),
-            {{QStringLiteral("a"), {}, 2}, {QStringLiteral("b"), {}, 2},
-                {QStringLiteral("c"), {}, 1}});
+        auto *mol = ZelTree::bareMolecule(nullptr, "M", {{"a", {}, 2}, {"b", {}, 2}, {"c", {}, 1}});
         mol->QObject::setParent(parent);
         return mol;
     }
@@ -118,7 +116,7 @@ private slots:
         const std::unique_ptr<SdcMol> listed(molecule(nullptr));
         cpx.addSdcChild(row, true);
         cpx.addSdcChild(listed.get(), false);
-        cpx.setProperty(1, QStringLiteral("cpx1"));
+        cpx.setProperty(1, "cpx1");
         cpx.reset();
         QVERIFY(!row);
         QCOMPARE(cpx.getProperties(), (QHash<int, QString>{{2, QString()}}));

@@ -29,7 +29,7 @@ struct Drawn
     {
         item->setSdcMcp(&mcp);
         for (const QString &feature : features)
-            mcp.addTag(feature, QStringLiteral("#336699"));
+            mcp.addTag(feature, "#336699");
     }
     QStringList names() const
     {
@@ -75,27 +75,27 @@ private slots:
         QCOMPARE(mcp.getTagDirectionCode(), to);
         QStringList lines;
         if (type < 0 || type > 2)
-            lines.append(QStringLiteral("Error found at void SdcMcp::changeTagDirectionCode(int "
-                                        "directionChageType)"));
+            lines.append("Error found at void SdcMcp::changeTagDirectionCode(int "
+                         "directionChageType)");
         else if (from < 0 || from > 4)
-            lines.append(QStringLiteral("Error plug90 at void SdcMcp::changeTagDirectionCode(int "
-                                        "directionChageType)"));
+            lines.append("Error plug90 at void SdcMcp::changeTagDirectionCode(int "
+                         "directionChageType)");
         QCOMPARE(takeDebugLines(), lines);
     }
 
     void stateCodeFollowsTheStickies()
     {
-        Drawn d({QStringLiteral("P"), QStringLiteral("Q"), QStringLiteral("R")});
-        d.item->getSticky(QStringLiteral("Q"))->setStateType(1, false);
-        d.item->getSticky(QStringLiteral("R"))->setStateType(4, false);
-        QCOMPARE(d.mcp.getMcpStateCode(), QStringLiteral("P;Q(-);R(0)"));
+        Drawn d({"P", "Q", "R"});
+        d.item->getSticky("Q")->setStateType(1, false);
+        d.item->getSticky("R")->setStateType(4, false);
+        QCOMPARE(d.mcp.getMcpStateCode(), "P;Q(-);R(0)");
         QVERIFY(d.mcp.hasMultipleTagsNotDontCare());
         d.item->getSticky(0)->setStateType(4, false);
         QVERIFY(!d.mcp.hasMultipleTagsNotDontCare());
         d.mcp.updateStatePropertyFromSticky();
-        QCOMPARE(d.mcp.getProperty(9), QStringLiteral("P(0);Q(-);R(0)"));
+        QCOMPARE(d.mcp.getProperty(9), "P(0);Q(-);R(0)");
         d.mcp.setAllMcpFeatureValue(ComponentStateOn);
-        QCOMPARE(d.mcp.getProperty(9), QStringLiteral("P;Q;R"));
+        QCOMPARE(d.mcp.getProperty(9), "P;Q;R");
         SdcMcp bare(nullptr);
         bare.updateStatePropertyFromSticky();
         QCOMPARE(bare.getMcpStateCode(), QString());
@@ -107,27 +107,27 @@ private slots:
         SdcMcpTagSet set(nullptr);
         Drawn d({});
         d.mcp.setSdcMcpTagSet(&set);
-        d.mcp.addTag(QStringLiteral("P"), QStringLiteral("#ff0000"));
-        d.mcp.addTag(QStringLiteral("Q"), QStringLiteral("no colour"));
+        d.mcp.addTag("P", "#ff0000");
+        d.mcp.addTag("Q", "no colour");
         SdcMcpTag *const tag = d.mcp.getListSdcMcpTags().first();
-        QCOMPARE(tag->getProperty(2), QStringLiteral("P"));
+        QCOMPARE(tag->getProperty(2), "P");
         QCOMPARE(tag->getZelRectItemMcpSticky()->getColor(), QColor(255, 0, 0));
         QCOMPARE(d.item->getSticky(1)->getColor(), QColor(Qt::lightGray));
         QCOMPARE(set.getListSdcMcpTags(), d.mcp.getListSdcMcpTags());
-        QVERIFY(!d.mcp.isUniqueTag(QStringLiteral(" P "), nullptr));
-        QVERIFY(d.mcp.isUniqueTag(QStringLiteral("P"), tag));
-        QVERIFY(d.mcp.isUniqueTag(QStringLiteral("p"), nullptr));
-        QVERIFY(!d.mcp.isUniqueTag(QStringLiteral("  "), nullptr));
+        QVERIFY(!d.mcp.isUniqueTag(" P ", nullptr));
+        QVERIFY(d.mcp.isUniqueTag("P", tag));
+        QVERIFY(d.mcp.isUniqueTag("p", nullptr));
+        QVERIFY(!d.mcp.isUniqueTag("  ", nullptr));
 
         QSignalSpy changed(&d.mcp, &Sdc::signal_changed);
-        tag->setProperty(2, QStringLiteral("pY"));
-        QCOMPARE(d.item->getSticky(0)->getName(), QStringLiteral("pY"));
+        tag->setProperty(2, "pY");
+        QCOMPARE(d.item->getSticky(0)->getName(), "pY");
         QCOMPARE(changed.size(), 1);
-        tag->setProperty(3, QStringLiteral("other"));
-        QCOMPARE(d.item->getSticky(0)->getName(), QStringLiteral("pY"));
+        tag->setProperty(3, "other");
+        QCOMPARE(d.item->getSticky(0)->getName(), "pY");
 
         d.item->removeStateSticky(d.item->getSticky(0));
-        QCOMPARE(d.names(), QStringList({QStringLiteral("Q/2")}));
+        QCOMPARE(d.names(), QStringList({"Q/2"}));
         QCOMPARE(d.mcp.getListSdcMcpTags().size(), 1);
         QCOMPARE(set.getListSdcMcpTags().size(), 1);
     }
@@ -135,7 +135,7 @@ private slots:
     void aFeatureNeedsAnItem()
     {
         SdcMcp mcp(nullptr);
-        mcp.addTag(QStringLiteral("P"), QStringLiteral("red"));
+        mcp.addTag("P", "red");
         QCOMPARE(takeDebugLines().size(), 1);
         QVERIFY(mcp.getListSdcMcpTags().isEmpty());
     }
@@ -143,17 +143,16 @@ private slots:
     void stickiesBecomeThoseOfTheStoredType()
     {
         ZelDbSqlite database;
-        QVERIFY(database.create(QStringLiteral(":memory:")));
+        QVERIFY(database.create(":memory:"));
         ZelDbSqliteModel db(&database);
-        QVERIFY(db.molInsert({{ZelDbColumn::PsiimId, QStringLiteral("mol1")}}));
-        QVERIFY(db.mcpInsert({{ZelDbColumn::PsiimId, QStringLiteral("mcp1")},
-            {ZelDbColumn::OwnerPsiimId, QStringLiteral("mol1")}}));
+        QVERIFY(db.molInsert({{ZelDbColumn::PsiimId, "mol1"}}));
+        QVERIFY(
+            db.mcpInsert({{ZelDbColumn::PsiimId, "mcp1"}, {ZelDbColumn::OwnerPsiimId, "mol1"}}));
         int index = 0;
         for (const char *name : {"A", "B", "C"})
-            QVERIFY(db.mcpInsertState(QStringLiteral("mcp1"), QString::fromLatin1(name),
-                QStringLiteral("#010203"), index++));
-        Drawn d({QStringLiteral("X"), QStringLiteral("C"), QStringLiteral("A")}, &db);
-        d.mcp.setProperty(1, QStringLiteral("mcp1"));
+            QVERIFY(db.mcpInsertState("mcp1", QString::fromLatin1(name), "#010203", index++));
+        Drawn d({"X", "C", "A"}, &db);
+        d.mcp.setProperty(1, "mcp1");
         d.mcp.setAllStickyState(4);
         d.mcp.updateStatePropertyFromSticky();
         QCOMPARE(takeDebugText(),
@@ -161,30 +160,28 @@ private slots:
             "name =  \"C\" , and dbName =  \"B\"\n"
             "name =  \"A\" , and dbName =  \"C\"");
         d.mcp.updateStickyFromDbAsActivated();
-        QCOMPARE(d.names(),
-            QStringList({QStringLiteral("A/2"), QStringLiteral("B/2"), QStringLiteral("C/2")}));
+        QCOMPARE(d.names(), QStringList({"A/2", "B/2", "C/2"}));
         QCOMPARE(d.item->getSticky(1)->getColor(), QColor(1, 2, 3));
         QStringList tags;
         for (SdcMcpTag *tag : d.mcp.getListSdcMcpTags())
             tags.append(tag->getProperty(2));
-        QCOMPARE(
-            tags, QStringList({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")}));
+        QCOMPARE(tags, QStringList({"A", "B", "C"}));
         d.mcp.updateStatePropertyFromSticky(); // names agree now: no line
     }
 
     void stickiesWithoutDatabase()
     {
-        Drawn d({QStringLiteral("P")});
+        Drawn d({"P"});
         d.mcp.updateStickyFromDbAsActivated();
         QCOMPARE(takeDebugText(), "Error found at void SdcMcp::updateStickyFromDbAsActivated()");
-        QCOMPARE(d.names(), QStringList({QStringLiteral("P/2")}));
+        QCOMPARE(d.names(), QStringList({"P/2"}));
     }
 
     void anglesPointAtNeighboursAndSites()
     {
         ZelScene scene(nullptr);
-        const std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, QStringLiteral("M"),
-            {{QStringLiteral("a"), {}, 0}, {QStringLiteral("b"), {}, 4}}, &scene));
+        const std::unique_ptr<SdcMol> mol(
+            ZelTree::molecule(nullptr, "M", {{"a", {}, 0}, {"b", {}, 4}}, &scene));
         SdcMcp *const b = mol->getSdcMcpAtIndex(1);
         const QHash<Sdc *, double> angles = b->getHashSdc2AngleAroundThis();
         QCOMPARE(angles.size(), 5);
@@ -197,8 +194,7 @@ private slots:
 
     void removedSitesAreAnnounced()
     {
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("M"), {{QStringLiteral("a"), {}, 2}}));
+        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(nullptr, "M", {{"a", {}, 2}}));
         SdcMcp *const mcp = mol->getSdcMcpAtIndex(0);
         QSignalSpy removed(mcp, &Sdc::sdcBstRemoved);
         const std::unique_ptr<SdcBst> site(mcp->getListSdcBst().first());

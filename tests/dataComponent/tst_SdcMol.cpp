@@ -18,9 +18,7 @@
 
 namespace {
 
-const QList<ZelTree::Mcp> Chain{
-    {QStringLiteral("a"), {QStringLiteral("P"), QStringLiteral("Q")}, 2},
-    {QStringLiteral("b"), {}, 1}};
+const QList<ZelTree::Mcp> Chain{{"a", {"P", "Q"}, 2}, {"b", {}, 1}};
 
 QString statuses(SdcMol *mol)
 {
@@ -39,27 +37,25 @@ class tst_SdcMol : public ZelTest
 private slots:
     void namesInsideAMolecule()
     {
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("M"), Chain));
+        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(nullptr, "M", Chain));
         SdcMcp *const a = mol->getSdcMcpAtIndex(0);
         QVERIFY(!mol->isUniqueMcpName(QString(), nullptr));
-        QVERIFY(!mol->isUniqueMcpName(QStringLiteral("a"), nullptr));
-        QVERIFY(mol->isUniqueMcpName(QStringLiteral("a"), a));
+        QVERIFY(!mol->isUniqueMcpName("a", nullptr));
+        QVERIFY(mol->isUniqueMcpName("a", a));
         QVERIFY(mol->isConsistentMcpNames());
         QVERIFY(!mol->isConsistentBstNames()); // nameless
         int i = 0;
         for (SdcBst *bst : mol->getListSdcBst())
             bst->setProperty(2, QString::number(i++));
         QVERIFY(mol->isConsistentBstNames());
-        QVERIFY(!mol->isUniqueBstName(QStringLiteral("2"), mol->getListSdcBst().first()));
-        mol->getSdcMcpAtIndex(1)->setProperty(2, QStringLiteral("a"));
+        QVERIFY(!mol->isUniqueBstName("2", mol->getListSdcBst().first()));
+        mol->getSdcMcpAtIndex(1)->setProperty(2, "a");
         QVERIFY(!mol->isConsistentMcpNames());
     }
 
     void removalByIndex()
     {
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("M"), Chain));
+        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(nullptr, "M", Chain));
         QSignalSpy removed(mol.get(), &Sdc::sdcMcpRemoved);
         const std::unique_ptr<SdcMcp> last(mol->getSdcMcpAtIndex(1));
         for (const int index : {-1, 2, 1})
@@ -71,13 +67,12 @@ private slots:
     void theDrawingIsTheTruthForTheColour()
     {
         ZelScene scene(nullptr);
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::molecule(nullptr, QStringLiteral("M"), Chain, &scene));
-        mol->setMolColor(QStringLiteral("#102030"));
+        const std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, "M", Chain, &scene));
+        mol->setMolColor("#102030");
         QCOMPARE(mol->getMolColor(), QColor(0x10, 0x20, 0x30));
         for (SdcBst *bst : mol->getListSdcBst())
             QCOMPARE(bst->getZelEllipseItemBst()->brush().color(), QColor(0x10, 0x20, 0x30));
-        mol->setMolColor(QStringLiteral("no such colour"));
+        mol->setMolColor("no such colour");
         QCOMPARE(mol->getMolColor(), QColor(0x10, 0x20, 0x30));
         mol->getSdcMcpAtIndex(0)->getZelEllipseItemMcp()->setBrush(Qt::red);
         QCOMPARE(mol->getMolColor(), QColor(Qt::red));
@@ -101,8 +96,7 @@ private slots:
         QFETCH(QString, code);
         QFETCH(int, count);
         ZelScene scene(nullptr);
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::molecule(nullptr, QStringLiteral("M"), Chain, &scene));
+        const std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, "M", Chain, &scene));
         mol->getSdcMcpAtIndex(0)->getZelEllipseItemMcp()->setZValue(7.0);
         const auto plates = [&] {
             QList<ZelRectItem *> list;
@@ -149,8 +143,7 @@ private slots:
         const bool bound[2] = {ownBound, otherBound};
         for (int i = 0; i < 2; ++i) {
             for (int j = 0; j < 2; ++j)
-                cpx[i].addSdcChild(
-                    ZelTree::bareMolecule(nullptr, QStringLiteral("M"), Chain), true);
+                cpx[i].addSdcChild(ZelTree::bareMolecule(nullptr, "M", Chain), true);
             mols[i] = cpx[i].getListSdcMol().at(0);
             bonds[i].addSdcBst(mols[i]->getListSdcBst().at(0));
             bonds[i].addSdcBst(cpx[i].getListSdcMol().at(1)->getListSdcBst().at(0));
@@ -166,21 +159,18 @@ private slots:
 
     void moleculesThatDoNotMatchAreReported()
     {
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("M"), Chain));
-        const std::unique_ptr<SdcMol> shorter(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("M"), {Chain.first()}));
-        const std::unique_ptr<SdcMol> renamed(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("M"), Chain));
-        renamed->getListSdcBst().at(1)->setProperty(1, QStringLiteral("bst9"));
+        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(nullptr, "M", Chain));
+        const std::unique_ptr<SdcMol> shorter(ZelTree::bareMolecule(nullptr, "M", {Chain.first()}));
+        const std::unique_ptr<SdcMol> renamed(ZelTree::bareMolecule(nullptr, "M", Chain));
+        renamed->getListSdcBst().at(1)->setProperty(1, "bst9");
         renamed->getListSdcBst().at(0)->setBindingStatus(BindingStatusUnbound);
-        renamed->getSdcMcpAtIndex(0)->setProperty(1, QStringLiteral("mcp9"));
+        renamed->getSdcMcpAtIndex(0)->setProperty(1, "mcp9");
         mol->synchronizeBindingStatus(nullptr, {}, true);
         mol->synchronizeMcpTagStates(nullptr, true);
         QCOMPARE(takeDebugLines(), QStringList());
         mol->synchronizeBindingStatus(shorter.get(), {}, true);
         mol->synchronizeBindingStatus(renamed.get(), {}, true);
-        QCOMPARE(statuses(mol.get()), QStringLiteral("U D D "));
+        QCOMPARE(statuses(mol.get()), "U D D ");
         mol->synchronizeMcpTagStates(shorter.get(), true);
         mol->synchronizeMcpTagStates(renamed.get(), true);
         QStringList lines;
@@ -196,18 +186,16 @@ private slots:
     void featureStatesAndNegationFollow()
     {
         ZelScene scene(nullptr);
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::molecule(nullptr, QStringLiteral("M"), Chain, &scene));
-        const std::unique_ptr<SdcMol> other(
-            ZelTree::molecule(nullptr, QStringLiteral("M"), Chain, &scene));
+        const std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, "M", Chain, &scene));
+        const std::unique_ptr<SdcMol> other(ZelTree::molecule(nullptr, "M", Chain, &scene));
         ZelEllipseItemMcp *const item = mol->getSdcMcpAtIndex(0)->getZelEllipseItemMcp();
         ZelEllipseItemMcp *const otherItem = other->getSdcMcpAtIndex(0)->getZelEllipseItemMcp();
         otherItem->getSticky(0)->setStateType(1, false);
         otherItem->getSticky(1)->setStateType(4, false);
-        item->getSticky(1)->setName(QStringLiteral("R"));
-        other->getSdcMcpAtIndex(0)->setProperty(10, QStringLiteral("1"));
+        item->getSticky(1)->setName("R");
+        other->getSdcMcpAtIndex(0)->setProperty(10, "1");
         mol->synchronizeMcpTagStates(other.get(), false);
-        QCOMPARE(mol->getSdcMcpAtIndex(0)->getProperty(9), QStringLiteral("P(-);R"));
+        QCOMPARE(mol->getSdcMcpAtIndex(0)->getProperty(9), "P(-);R");
         QVERIFY(item->isNotIndicatorVisible());
         other->getSdcMcpAtIndex(0)->setProperty(10, QString());
         mol->synchronizeMcpTagStates(other.get(), false);
@@ -216,11 +204,10 @@ private slots:
 
     void withoutADrawingNothingIsShownOrTurned()
     {
-        const std::unique_ptr<SdcMol> mol(
-            ZelTree::bareMolecule(nullptr, QStringLiteral("M"), Chain));
+        const std::unique_ptr<SdcMol> mol(ZelTree::bareMolecule(nullptr, "M", Chain));
         QCOMPARE(mol->getScene(), nullptr);
         QVERIFY(mol->getSdcSceneRectF().isNull());
-        mol->showIndexCode(true, QStringLiteral("1"), 1);
+        mol->showIndexCode(true, "1", 1);
         mol->rotateSdc(90.0);
         QVERIFY(mol->getTransform().isIdentity());
     }

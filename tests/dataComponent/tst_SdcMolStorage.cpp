@@ -12,7 +12,6 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
-#include <QDomDocument>
 #include <QPointer>
 
 #include <memory>
@@ -22,36 +21,31 @@ namespace {
 /// A molecule that uses everything that is stored.
 SdcMol *fullMolecule(ZelDbSqliteModel *db, ZelScene *scene = nullptr)
 {
-    SdcMol *const mol = ZelTree::molecule(db, QStringLiteral("EGFR \"x\" <&>"),
-        {{QStringLiteral("L1"), {}, 2},
-            {QStringLiteral("TK"), {QStringLiteral("Y1068"), QStringLiteral("Y1173 'b'")}, 3},
-            {QStringLiteral("tail"), {QStringLiteral("P")}, 0}},
-        scene);
-    const QHash<int, QString> properties{{3, QStringLiteral("receptor\nof two lines")},
-        {4, QStringLiteral("1.5")}, {5, QStringLiteral("1.00e-03")}, {6, QStringLiteral("7")},
-        {11, QStringLiteral("notes \u03b2")}, {20, QStringLiteral("#aabbcc")},
-        {21, QStringLiteral("doi:1")}, {25, QStringLiteral("Membrane Associated")}};
+    SdcMol *const mol = ZelTree::molecule(db, "EGFR \"x\" <&>",
+        {{"L1", {}, 2}, {"TK", {"Y1068", "Y1173 'b'"}, 3}, {"tail", {"P"}, 0}}, scene);
+    const QHash<int, QString> properties{{3, "receptor\nof two lines"}, {4, "1.5"}, {5, "1.00e-03"},
+        {6, "7"}, {11, "notes \u03b2"}, {20, "#aabbcc"}, {21, "doi:1"},
+        {25, "Membrane Associated"}};
     for (auto it = properties.cbegin(); it != properties.cend(); ++it)
         mol->setProperty(it.key(), it.value());
-    mol->setMolColor(QStringLiteral("#aabbcc"));
+    mol->setMolColor("#aabbcc");
     int i = 0;
     for (SdcMcp *mcp : mol->getListSdcMcp()) {
         mcp->setProperty(3, QStringLiteral("domain %1").arg(++i));
-        mcp->setProperty(11, QStringLiteral("note"));
-        mcp->setProperty(21, QStringLiteral("ref"));
-        mcp->setProperty(25, i == 2 ? QStringLiteral("Inside-membrane") : QString());
+        mcp->setProperty(11, "note");
+        mcp->setProperty(21, "ref");
+        mcp->setProperty(25, i == 2 ? "Inside-membrane" : QString());
         mcp->setTagDirectionCode(i);
     }
     mol->getSdcMcpAtIndex(1)->setTagSize(6.0);
     mol->getSdcMcpAtIndex(1)->setTagGap(1.5);
     for (SdcMcp *mcp : mol->getListSdcMcp())
         mcp->getZelEllipseItemMcp()->updateLayoutOfListStateSticky(false);
-    mol->getSdcMcpAtIndex(1)->getListSdcMcpTags().first()->setProperty(
-        21, QStringLiteral("state ref"));
+    mol->getSdcMcpAtIndex(1)->getListSdcMcpTags().first()->setProperty(21, "state ref");
     for (SdcBst *bst : mol->getListSdcBst())
         bst->setProperty(2, QStringLiteral("s%1").arg(bst->getDisplayIndex()));
-    mol->getListSdcBst().first()->setProperty(21, QStringLiteral("site ref"));
-    mol->getListSdcBst().first()->setProperty(11, QStringLiteral("site note"));
+    mol->getListSdcBst().first()->setProperty(21, "site ref");
+    mol->getListSdcBst().first()->setProperty(11, "site note");
     return mol;
 }
 
@@ -71,7 +65,7 @@ class tst_SdcMolStorage : public ZelTest
     {
         ZelDbSqlite file;
         ZelDbSqliteModel db{&file};
-        Model() { file.create(QStringLiteral(":memory:")); }
+        Model() { file.create(":memory:"); }
     };
 
     /// What a loaded molecule holds beyond what was drawn: the state code and the states' ids.
@@ -102,10 +96,10 @@ private slots:
         for (int round = 0; round < 10; ++round) {
             SdcMol loaded(&model.db);
             QVERIFY(loaded.loadFromDb(mol->getPsiimId(), inScene ? &other : nullptr));
-            QCOMPARE(loaded.getSdcMcpAtIndex(1)->getProperty(9), QStringLiteral("Y1068;Y1173 'b'"));
+            QCOMPARE(loaded.getSdcMcpAtIndex(1)->getProperty(9), "Y1068;Y1173 'b'");
             QVERIFY(
                 !loaded.getSdcMcpAtIndex(1)->getListSdcMcpTags().first()->getPsiimId().isEmpty());
-            QCOMPARE(loaded.getMolColor(), QColor(QStringLiteral("#aabbcc")));
+            QCOMPARE(loaded.getMolColor(), QColor("#aabbcc"));
             QVERIFY(loaded.saveToDb());
             forgetLoaderExtras(&loaded);
             QCOMPARE(ZelTree::text(&loaded), saved);
@@ -146,21 +140,19 @@ private slots:
         auto *mcp = new SdcMcp(&model.db);
         mol.addSdcMcp(mcp);
         mcp->addSdcBst(new SdcBst(&model.db));
-        mcp->setProperty(25, QStringLiteral("Inside-membrane"));
+        mcp->setProperty(25, "Inside-membrane");
         QVERIFY(mol.saveToDb());
         const ZelDbRecord record = model.db.molGetHashInfo(mol.getPsiimId());
-        QCOMPARE(
-            record.value(15) + record.value(16) + record.value(18), QStringLiteral("0.10.10.1"));
-        QCOMPARE(record.value(46), QStringLiteral("Freely Diffusing"));
+        QCOMPARE(record.value(15) + record.value(16) + record.value(18), "0.10.10.1");
+        QCOMPARE(record.value(46), "Freely Diffusing");
         // Only a molecule at the membrane has a component inside it.
-        QCOMPARE(model.db.mcpGetHashInfo(mcp->getPsiimId()).value(46),
-            QStringLiteral("Freely Diffusing"));
-        QCOMPARE(model.db.bstGetHashInfo(mol.getListSdcBst().first()->getPsiimId()).value(4),
-            QStringLiteral("_site_1"));
+        QCOMPARE(model.db.mcpGetHashInfo(mcp->getPsiimId()).value(46), "Freely Diffusing");
+        QCOMPARE(
+            model.db.bstGetHashInfo(mol.getListSdcBst().first()->getPsiimId()).value(4), "_site_1");
         SdcMol loaded(&model.db);
         QVERIFY(loaded.loadFromDb(mol.getPsiimId()));
-        QCOMPARE(loaded.getProperty(20), QStringLiteral("#ffffff"));
-        QCOMPARE(loaded.getProperty(5), QStringLiteral("1.00e-01"));
+        QCOMPARE(loaded.getProperty(20), "#ffffff");
+        QCOMPARE(loaded.getProperty(5), "1.00e-01");
         takeDebugLines(); // there was no drawing: parts are reported and get default places
     }
 
@@ -182,8 +174,7 @@ private slots:
         QVERIFY2(mol->saveToDb(), qPrintable(model.db.errorText()));
         QVERIFY(model.db.bstGetHashInfo(goneSite).isEmpty());
         QVERIFY(model.db.mcpGetHashInfo(goneMcp).isEmpty());
-        QCOMPARE(model.db.mcpGetOrderedStateNames(tk->getPsiimId()),
-            QStringList({QStringLiteral("Y1173 'b'")}));
+        QCOMPARE(model.db.mcpGetOrderedStateNames(tk->getPsiimId()), QStringList({"Y1173 'b'"}));
         QCOMPARE(model.db.molGetMultiHashMcpMcp(mol->getPsiimId()).size(), 1);
         deleteItems(mol.get());
     }
@@ -195,21 +186,18 @@ private slots:
         QVERIFY(mol->saveToDb());
         const QList<SdcBst *> sites = mol->getListSdcBst();
         const QString used = sites.at(1)->getPsiimId();
-        QVERIFY(model.db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("mli1")},
-            {ZelDbColumn::ShortName, QStringLiteral("dimerisation")},
-            {ZelDbColumn::Bst1, sites.at(0)->getPsiimId()},
-            {ZelDbColumn::MolPos1, QStringLiteral("0")}, {ZelDbColumn::Bst2, used},
-            {ZelDbColumn::MolPos2, QStringLiteral("1")}}));
-        mol->setProperty(2, QStringLiteral("renamed"));
+        QVERIFY(model.db.mliInsert(
+            {{ZelDbColumn::PsiimId, "mli1"}, {ZelDbColumn::ShortName, "dimerisation"},
+                {ZelDbColumn::Bst1, sites.at(0)->getPsiimId()}, {ZelDbColumn::MolPos1, "0"},
+                {ZelDbColumn::Bst2, used}, {ZelDbColumn::MolPos2, "1"}}));
+        mol->setProperty(2, "renamed");
         delete sites.at(1)->getZelEllipseItemBst();
         delete sites.at(1);
         QVERIFY(!mol->saveToDb());
-        QVERIFY2(model.db.errorText().contains(QStringLiteral("dimerisation")),
-            qPrintable(model.db.errorText()));
+        QVERIFY2(model.db.errorText().contains("dimerisation"), qPrintable(model.db.errorText()));
         // All of the save is taken back, not only what was refused.
         QVERIFY(!model.db.bstGetHashInfo(used).isEmpty());
-        QCOMPARE(
-            model.db.molGetHashInfo(mol->getPsiimId()).value(4), QStringLiteral("EGFR \"x\" <&>"));
+        QCOMPARE(model.db.molGetHashInfo(mol->getPsiimId()).value(4), "EGFR \"x\" <&>");
         deleteItems(mol.get());
     }
 
@@ -247,20 +235,18 @@ private slots:
         QFETCH(int, lines);
         Model model;
         QVERIFY(model.db.molInsert(
-            {{ZelDbColumn::PsiimId, QStringLiteral("mol1")}, {ZelDbColumn::GraphicsInfo, layout}}));
-        QVERIFY(model.db.mcpInsert({{ZelDbColumn::PsiimId, QStringLiteral("mcp1")},
-            {ZelDbColumn::OwnerPsiimId, QStringLiteral("mol1")},
-            {ZelDbColumn::PosIndex, QStringLiteral("0")}}));
-        QVERIFY(model.db.bstInsert({{ZelDbColumn::PsiimId, QStringLiteral("bst1")},
-            {ZelDbColumn::OwnerPsiimId, QStringLiteral("mcp1")},
-            {ZelDbColumn::PosIndex, QStringLiteral("0")}}));
+            {{ZelDbColumn::PsiimId, "mol1"}, {ZelDbColumn::GraphicsInfo, layout}}));
+        QVERIFY(model.db.mcpInsert({{ZelDbColumn::PsiimId, "mcp1"},
+            {ZelDbColumn::OwnerPsiimId, "mol1"}, {ZelDbColumn::PosIndex, "0"}}));
+        QVERIFY(model.db.bstInsert({{ZelDbColumn::PsiimId, "bst1"},
+            {ZelDbColumn::OwnerPsiimId, "mcp1"}, {ZelDbColumn::PosIndex, "0"}}));
         ZelScene scene(nullptr);
         SdcMol mol(&model.db);
-        QVERIFY(mol.loadFromDb(QStringLiteral("mol1"), &scene));
+        QVERIFY(mol.loadFromDb("mol1", &scene));
         const QStringList reports = takeDebugLines();
         QCOMPARE(reports.size(), lines);
         for (const QString &report : reports)
-            QVERIFY(report.startsWith(QStringLiteral("Error found at ")));
+            QVERIFY(report.startsWith("Error found at "));
         // Everything that the records hold is there, at a place that can be shown.
         QCOMPARE(mol.getListSdcBst().size(), 1);
         QVERIFY(scene.itemsBoundingRect().width() < 200.0);
@@ -272,38 +258,18 @@ private slots:
     {
         Model model;
         SdcMol mol(&model.db);
-        QVERIFY(!mol.loadFromDb(QStringLiteral("mol7")));
+        QVERIFY(!mol.loadFromDb("mol7"));
         QCOMPARE(takeDebugText(),
             "Error found at void SdcMol::loadDom(const QDomElement & domEltMol, ZelScene * scene, "
             "const QPointF & refPos)  \"mol7\" \"no such molecule\"");
         SdcMol homeless(nullptr);
-        QVERIFY(!homeless.loadFromDb(QStringLiteral("mol1")));
+        QVERIFY(!homeless.loadFromDb("mol1"));
         QVERIFY(!homeless.saveToDb());
         QCOMPARE(takeDebugLines().size(), 2);
         model.file.close();
         QVERIFY(!mol.saveToDb());
         QCOMPARE(takeDebugLines().size(), 1);
         QVERIFY(!mol.hasSdcChild());
-    }
-
-    void theOffsetShiftsTheDrawing()
-    {
-        Model model;
-        const std::unique_ptr<SdcMol> mol(fullMolecule(&model.db));
-        QVERIFY(mol->saveToDb());
-        const QRectF before = mol->getSdcSceneRectF();
-        deleteItems(mol.get());
-        ZelScene scene(nullptr);
-        QDomDocument doc;
-        QVERIFY(doc.setContent(
-            ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), mol->getPsiimId(), &model.db)));
-        SdcMol loaded(&model.db);
-        QVERIFY(loaded.loadDom(mol->getPsiimId(), doc.documentElement().firstChildElement(), &scene,
-            QPointF(100.0, -50.0), true));
-        QCOMPARE(loaded.getSdcSceneRectF(), before.translated(100.0, -50.0));
-        QCOMPARE(loaded.getScene(), &scene);
-        QCOMPARE(
-            loaded.getListSdcBst().first()->getZelEllipseItemBst()->pen().style(), Qt::DotLine);
     }
 };
 

@@ -141,11 +141,11 @@ void tst_ZelBnglParser::readsEveryForm()
 {
     QFETCH(const QByteArray, source);
     QFETCH(const QByteArray, canonical);
-    const ZelBnglModel model = ZelBnglParser::parse(source, QStringLiteral("m.bngl"));
+    const ZelBnglModel model = ZelBnglParser::parse(source, "m.bngl");
     QCOMPARE(model.errorTexts(), QStringList());
     const QByteArray written = ZelBnglWriter::write(model);
     QCOMPARE(written, canonical);
-    const ZelBnglModel again = ZelBnglParser::parse(written, QStringLiteral("m.bngl"));
+    const ZelBnglModel again = ZelBnglParser::parse(written, "m.bngl");
     QCOMPARE(again.errorTexts(), QStringList());
     QCOMPARE(ZelBnglWriter::write(again), canonical);
 }
@@ -263,7 +263,7 @@ void tst_ZelBnglParser::reportsPlaceAndRemedy()
     QFETCH(const int, line);
     QFETCH(const int, column);
     QFETCH(const QString, message);
-    const ZelBnglModel model = ZelBnglParser::parse(source, QStringLiteral("dir/m.bngl"));
+    const ZelBnglModel model = ZelBnglParser::parse(source, "dir/m.bngl");
     const QStringList texts = model.errorTexts();
     QCOMPARE(texts.size(), 1);
     if (message.isEmpty()) {
@@ -278,9 +278,8 @@ void tst_ZelBnglParser::reportsPlaceAndRemedy()
 
 void tst_ZelBnglParser::joinsTheEndsOfBonds()
 {
-    const ZelBnglModel model =
-        ZelBnglParser::parse(block("seed species", "A(x!7,y!b!7).B(z!b) 1\n  A(x!7,y!+).B(z!7) 1"),
-            QStringLiteral("m.bngl"));
+    const ZelBnglModel model = ZelBnglParser::parse(
+        block("seed species", "A(x!7,y!b!7).B(z!b) 1\n  A(x!7,y!+).B(z!7) 1"), "m.bngl");
     QVERIFY(model.isValid());
     QList<quint32> partners;
     for (const ZelBnglBond &bond : model.bonds)
@@ -293,7 +292,7 @@ void tst_ZelBnglParser::keepsEntriesAroundABrokenOne()
     const QByteArray source(
         "begin seed species\nA(b~0) 1\nA(c,d!1).B(a!2 2\nB(a) 3 4\nC 5\nend seed "
         "species\nbegin zzz\n1\nend zzz\nbegin parameters\nk 1\nend parameters\n");
-    const ZelBnglModel model = ZelBnglParser::parse(source, QStringLiteral("m.bngl"));
+    const ZelBnglModel model = ZelBnglParser::parse(source, "m.bngl");
     QList<int> lines;
     for (const ZelBnglError &error : model.errors)
         lines.append(error.place.line);
@@ -308,7 +307,7 @@ void tst_ZelBnglParser::limitsListOfErrors()
 {
     for (const char *line : {"?\n", "begin parameters\n", "a(\nbegin x\nend x\n"}) {
         const ZelBnglModel model =
-            ZelBnglParser::parse(QByteArray(line).repeated(100000), QStringLiteral("m.bngl"));
+            ZelBnglParser::parse(QByteArray(line).repeated(100000), "m.bngl");
         QCOMPARE(model.errors.size(), size_t(ZelBnglParser::MaxErrors + 1));
         QVERIFY(model.errors.back().message.startsWith(QLatin1String("There are more errors")));
     }
@@ -317,7 +316,7 @@ void tst_ZelBnglParser::limitsListOfErrors()
 void tst_ZelBnglParser::refusesWhatIsTooDeepOrTooLong()
 {
     const auto firstError = [](const QByteArray &source) {
-        return ZelBnglParser::parse(source, QStringLiteral("m.bngl")).errorTexts().value(0);
+        return ZelBnglParser::parse(source, "m.bngl").errorTexts().value(0);
     };
     const auto nested = [](int depth) {
         return block("parameters", "k " + QByteArray(depth, '(') + '1' + QByteArray(depth, ')'));
@@ -345,7 +344,7 @@ void tst_ZelBnglParser::refusesWhatIsTooDeepOrTooLong()
 void tst_ZelBnglParser::refusesUnreadableFiles()
 {
     const QTemporaryDir dir;
-    const QString missing = dir.filePath(QStringLiteral("missing.bngl"));
+    const QString missing = dir.filePath("missing.bngl");
     QCOMPARE(ZelBnglParser::parseFile(missing).errorTexts(),
         QStringList{
             missing + QLatin1String(": There is no such file. Check the name and the folder.")});
@@ -381,13 +380,13 @@ void tst_ZelBnglParser::survivesDamagedText()
                 break;
             }
         }
-        const ZelBnglModel model = ZelBnglParser::parse(text, QStringLiteral("m.bngl"));
+        const ZelBnglModel model = ZelBnglParser::parse(text, "m.bngl");
         for (const ZelBnglError &error : model.errors)
             QVERIFY2(error.place.line > 0 && error.place.column > 0, text.constData());
         // What was accepted must be whole: it can be written, and reads back as itself.
         const QByteArray written = ZelBnglWriter::write(model);
         if (!written.isEmpty()) {
-            const ZelBnglModel again = ZelBnglParser::parse(written, QStringLiteral("m.bngl"));
+            const ZelBnglModel again = ZelBnglParser::parse(written, "m.bngl");
             QVERIFY2(again.isValid(),
                 qPrintable(again.errorTexts().join(u'\n') + QString::fromLatin1(written)));
             QCOMPARE(ZelBnglWriter::write(again), written);

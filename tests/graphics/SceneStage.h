@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/ZelHands.h"
 #include "support/ZelTest.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
@@ -11,19 +12,10 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QContextMenuEvent>
-#include <QGraphicsView>
 #include <QHash>
 #include <QLineF>
-#include <QMenu>
-#include <QMouseEvent>
 #include <QTest>
-#include <QTimer>
 
-#include <functional>
-#include <memory>
 #include <utility>
 
 /// A scene whose hooks a test chooses.
@@ -41,17 +33,14 @@ public:
     bool toMoveGroup() const override { return movesGroup; }
 };
 
-/// A scene on a shown view with one molecule, driven by mouse events on the view.
+/// A scene on a shown view with one molecule.
 template <typename Scene>
-class SceneStage
+class SceneStage : public ZelHands
 {
 public:
     SceneStage()
     {
-        m_view.resize(900, 700);
-        m_view.setSceneRect(-400.0, -300.0, 800.0, 600.0);
-        m_view.show();
-        (void)QTest::qWaitForWindowExposed(&m_view);
+        view().setScene(&m_scene);
         m_scene.setSdc(&m_mol);
         logSignals();
     }
@@ -61,7 +50,6 @@ public:
     QString log() { return std::exchange(m_log, {}).join(QLatin1String(", ")); }
 
     Scene &scene() { return m_scene; }
-    QGraphicsView &view() { return m_view; }
     SdcMol &mol() { return m_mol; }
 
     SdcMcp *addComponent(
@@ -93,75 +81,6 @@ public:
     void join(SdcMcp *a, SdcMcp *b)
     {
         m_scene.drawBackBones(a->getZelEllipseItemMcp(), b->getZelEllipseItemMcp());
-    }
-
-    void press(const QPointF &p, Qt::MouseButton button = Qt::LeftButton)
-    {
-        send(QEvent::MouseButtonPress, p, button, button);
-    }
-    void move(const QPointF &p, Qt::MouseButtons buttons = Qt::LeftButton)
-    {
-        send(QEvent::MouseMove, p, Qt::NoButton, buttons);
-    }
-    void release(const QPointF &p, Qt::MouseButton button = Qt::LeftButton)
-    {
-        send(QEvent::MouseButtonRelease, p, button, Qt::NoButton);
-    }
-    void click(const QPointF &p)
-    {
-        press(p);
-        release(p);
-    }
-    void doubleClick(const QPointF &p)
-    {
-        click(p);
-        send(QEvent::MouseButtonDblClick, p, Qt::LeftButton, Qt::LeftButton);
-        release(p);
-    }
-    void drag(const QPointF &from, const QPointF &to, int steps = 4)
-    {
-        press(from);
-        for (int i = 1; i <= steps; ++i)
-            move(from + (to - from) * i / steps);
-        release(to);
-    }
-
-    /// Right-clicks; onMenu is given the menu that opens, which then closes. False when none does.
-    bool menuAt(const QPointF &p, const std::function<void(QMenu *)> &onMenu)
-    {
-        const auto shown = std::make_shared<bool>(false);
-        QTimer::singleShot(0, &m_view, [shown, onMenu] {
-            auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-            if (!menu)
-                return;
-            *shown = true;
-            const QPointer<QMenu> guard = menu;
-            onMenu(menu);
-            if (guard && guard->isVisible())
-                guard->close();
-        });
-        const QPoint at = m_view.mapFromScene(p);
-        press(p, Qt::RightButton);
-        QContextMenuEvent event(QContextMenuEvent::Mouse, at, m_view.viewport()->mapToGlobal(at));
-        QApplication::sendEvent(m_view.viewport(), &event);
-        release(p, Qt::RightButton);
-        QCoreApplication::processEvents(); // spends the timer when no menu has
-        return *shown;
-    }
-
-    static QAction *action(QMenu *menu, const QString &text)
-    {
-        const QList<QAction *> actions = menu->actions();
-        for (QAction *candidate : actions) {
-            if (candidate->text() == text)
-                return candidate;
-        }
-        return nullptr;
-    }
-    static void choose(QMenu *menu, const QString &text)
-    {
-        menu->setActiveAction(action(menu, text));
-        QTest::keyClick(menu, Qt::Key_Return);
     }
 
 private:
@@ -212,20 +131,11 @@ private:
             [](const QString &molPsiimId) { return "interactions of " + molPsiimId; });
     }
 
-    void send(QEvent::Type type, const QPointF &p, Qt::MouseButton button, Qt::MouseButtons buttons)
-    {
-        const QPoint at = m_view.mapFromScene(p);
-        QMouseEvent event(
-            type, at, m_view.viewport()->mapToGlobal(QPointF(at)), button, buttons, Qt::NoModifier);
-        QApplication::sendEvent(m_view.viewport(), &event);
-    }
-
     QStringList m_log;
     QHash<Sdc *, QString> m_names;
     char16_t m_nextComponent = u'a';
     char16_t m_nextSite = u's';
     Scene m_scene;
-    QGraphicsView m_view{&m_scene};
     SdcMol m_mol{nullptr};
 };
 

@@ -173,34 +173,6 @@ private slots:
         QCOMPARE(!drawing.mcps[0].isNull(), !order.contains(u'm'));
     }
 
-    void deadItemsAreForgotten()
-    {
-        Drawing drawing;
-        delete drawing.mcpItems[0];
-        QVERIFY(!drawing.mcps[0]->getZelEllipseItemMcp());
-        QVERIFY(!drawing.bsts[0]->getZelEllipseItemBst());
-        QVERIFY(drawing.bstItems[0].isNull() && drawing.stickies[0].isNull());
-        QVERIFY(drawing.tags[0].isNull());
-        QVERIFY(drawing.mcps[0]->getListSdcMcpTags().isEmpty());
-        QVERIFY(drawing.backbone.isNull());
-        QVERIFY(drawing.mcpItems[1]->getListMcpMcp().isEmpty());
-        QVERIFY(!drawing.line.isNull());
-        QCOMPARE(drawing.line->getListZelEllipseItemBst(),
-            QList<ZelEllipseItemBst *>{drawing.bstItems[1]});
-    }
-
-    void deadComponentsLeaveGhosts()
-    {
-        Drawing drawing;
-        drawing.mol.reset();
-        QVERIFY(!drawing.mcpItems[0]->getSdc() && !drawing.mcpItems[0]->getSdcMcp());
-        QVERIFY(!drawing.bstItems[0]->getSdc());
-        QCOMPARE(drawing.bstItems[0]->getBindingStatus(), BindingStatusUnspecified);
-        QVERIFY(!drawing.stickies[0]->getSdcMcp());
-        QCOMPARE(drawing.mcpItems[0]->getListNeighborZelEllipseItemMcp().size(), 1);
-        QVERIFY(!drawing.bond->getSdcBst1());
-    }
-
     void deadStickyLeavesItsRow()
     {
         Drawing drawing;

@@ -5,6 +5,8 @@
 
 #include <QSignalSpy>
 
+#include <memory>
+
 namespace {
 
 const QString placingWarning = QStringLiteral(
@@ -178,85 +180,6 @@ private slots:
         stage.scene().removeSdcMcp(nullptr);
     }
 
-    void removedItemEndsTheDrag_data()
-    {
-        rows<bool, bool>({"bySdc", "site"},
-            {{"component, by the scene", {true, false}}, {"site, by the scene", {true, true}},
-                {"component item, plainly deleted", {false, false}},
-                {"site item, plainly deleted", {false, true}}});
-    }
-
-    void removedItemEndsTheDrag()
-    {
-        QFETCH(bool, bySdc);
-        QFETCH(bool, site);
-        RimStage stage;
-        stage.scene().changesLayout = site;
-        stage.scene().moves = !site;
-        const QPointF from = site ? QPointF(30.0, 0.0) : QPointF(0.0, 0.0);
-        stage.press(from);
-        stage.move(from + QPointF(0.0, 5.0));
-        if (bySdc && site)
-            stage.scene().removeSdcBst(stage.bst);
-        else if (bySdc)
-            stage.scene().removeSdcMcp(stage.mcp);
-        else if (site)
-            delete stage.site;
-        else
-            delete stage.centre;
-        stage.move(from + QPointF(0.0, 15.0));
-        stage.release(from + QPointF(0.0, 25.0));
-        const QString log = stage.log();
-        QVERIFY(log.contains("end"));
-        QCOMPARE(log.count("begin"), log.count("end"));
-        stage.click(from);
-    }
-
-    void removalByAReceiver_data()
-    {
-        using Item = void (ZelScene::*)(ZelGItem *);
-        rows<Item>({"signal"},
-            {{"press", {&ZelScene::zelGItemPressed}}, {"move", {&ZelScene::signal_ZelGItemMoved}},
-                {"click", {&ZelScene::zelGItemClicked}},
-                {"double click", {&ZelScene::zelGItemDoubleClicked}}});
-    }
-
-    void removalByAReceiver()
-    {
-        using Item = void (ZelScene::*)(ZelGItem *);
-        QFETCH(Item, signal);
-        RimStage stage;
-        stage.scene().changesLayout = true;
-        const QPointer<SdcMcp> mcp = stage.mcp;
-        connect(&stage.scene(), signal, this, [&] { stage.scene().removeSdcMcp(mcp); });
-        stage.drag({30.0, 0.0}, {20.0, 25.0});
-        if (mcp)
-            stage.click({0.0, 0.0});
-        if (mcp)
-            stage.doubleClick({0.0, 0.0});
-        QVERIFY(!mcp);
-        QVERIFY(stage.scene().items().isEmpty());
-    }
-
-    void everythingIsRemoved()
-    {
-        SceneStage<OpenScene> stage;
-        SdcMcp *const a = stage.addComponent({0.0, 0.0});
-        SdcMcp *const b = stage.addComponent({150.0, 0.0});
-        a->addTag(QStringLiteral("P"), QString());
-        const QPointer<SdcBstBstCpx> bond =
-            stage.scene().addSdcBstBstCpx(stage.addSite(a, 0.0), stage.addSite(b, 180.0));
-        const QPointer<SdcBstBstCpx> empty = stage.scene().addSdcBstBstCpx(nullptr, nullptr);
-        stage.scene().addMcp(QRectF(100.0, 100.0, 20.0, 20.0));
-        stage.press({0.0, 0.0});
-        stage.scene().removeAllItems();
-        stage.release({0.0, 0.0});
-        QVERIFY(!bond && !empty);
-        QVERIFY(stage.scene().items().isEmpty());
-        QVERIFY(stage.mol().getListSdcMcp().isEmpty());
-        QCOMPARE(stage.scene().getSdc(), &stage.mol());
-    }
-
     void changesNest()
     {
         ZelScene scene;
@@ -272,25 +195,6 @@ private slots:
         QCOMPARE(ended.size(), 1);
         scene.endChange(); // one too many
         QCOMPARE(ended.size(), 1);
-    }
-
-    void sceneDiesFirst()
-    {
-        SdcMol mol(nullptr);
-        SdcMol mol2(nullptr);
-        auto scene = std::make_unique<ZelScene>();
-        const auto add = [&](SdcMol *to, double x) {
-            auto *mcp = new SdcMcp(nullptr);
-            scene->addMcp(QRectF(x, 0.0, 60.0, 60.0))->setSdcMcp(mcp);
-            to->addSdcMcp(mcp);
-            return scene->addSdcBst(mcp);
-        };
-        SdcBst *const a = add(&mol, 0.0);
-        SdcBst *const b = add(&mol2, 100.0);
-        scene->addSdcBstBstCpx(a, b);
-        scene.reset();
-        QVERIFY(!a->getZelEllipseItemBst() && !a->getParentMcp()->getZelEllipseItemMcp());
-        QVERIFY(a->getListSdcBstBst().isEmpty());
     }
 };
 

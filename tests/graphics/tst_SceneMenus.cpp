@@ -2,7 +2,10 @@
 #include "support/ZelTest.h"
 #include "zelModelSupport/graphics/ZelSceneMol.h"
 
+#include <QApplication>
 #include <QColorDialog>
+#include <QMenu>
+#include <QTimer>
 
 namespace {
 
@@ -153,26 +156,6 @@ private slots:
         QVERIFY(!stage.menuAt({30.0, 0.0}, ignore));
         stage.scene().setContextMenuEnabled(false);
         QVERIFY(!stage.menuAt({0.0, 20.0}, ignore));
-    }
-
-    void deathInOpenMenu_data()
-    {
-        rows<QPointF>({"at"},
-            {{"sticky", {QPointF(0.0, 0.0)}}, {"component", {QPointF(0.0, 20.0)}},
-                {"site", {QPointF(30.0, 0.0)}}});
-    }
-
-    void deathInOpenMenu()
-    {
-        QFETCH(QPointF, at);
-        MenuStage stage;
-        QVERIFY(stage.menuAt(at, [&](QMenu *menu) {
-            stage.scene().removeSdcMcp(stage.mcp);
-            if (QAction *entry = stage.action(menu, QStringLiteral("Off")))
-                SceneStage<OpenScene>::choose(menu, entry->text());
-        }));
-        QVERIFY(!stage.log().contains(u'='));
-        QCOMPARE(stage.mol().getListSdcMcp().size(), 0);
     }
 
     void colour_data()

@@ -2,6 +2,8 @@
 #include "support/ZelTest.h"
 #include "zelModelSupport/graphics/ZelSceneMol.h"
 
+#include <QMenu>
+
 // The scene of one molecule: what a drag moves there, limited edit, its menu.
 class tst_SceneMol : public ZelTest
 {

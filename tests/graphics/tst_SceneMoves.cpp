@@ -130,26 +130,6 @@ private slots:
         QCOMPARE(centreOf(innerItem), QPointF(0.0, 0.0));
     }
 
-    void componentMoveTakesSitesAndLinesAlong()
-    {
-        SceneStage<OpenScene> stage;
-        SdcMcp *const inner = stage.addComponent({0.0, 0.0});
-        SdcMcp *const end = stage.addComponent({70.0, 0.0});
-        ZelEllipseItemBst *const site = stage.addSite(end, 0.0)->getZelEllipseItemBst();
-        stage.join(inner, end);
-        int notified = 0;
-        connect(site, &ZelEllipseItem::posChanged, this, [&] { ++notified; });
-        QVERIFY(stage.scene().moveAroundAttachedItemByPos(
-            end->getZelEllipseItemMcp(), inner->getZelEllipseItemMcp(), {0.0, -70.0}));
-        QCOMPARE(notified, 1);
-        QCOMPARE(centreOf(site), centreOf(end->getZelEllipseItemMcp()) + QPointF(30.0, 0.0));
-        ZelLineItemMcpMcp *const line = inner->getZelEllipseItemMcp()->getListMcpMcp().first();
-        const QLineF drawn(
-            line->mapToScene(line->line().p1()), line->mapToScene(line->line().p2()));
-        QVERIFY(std::abs(drawn.x1()) < 1e-6 && std::abs(drawn.x2()) < 1e-6);
-        QVERIFY(std::min(drawn.y1(), drawn.y2()) < -35.0);
-    }
-
     void attachedMoveByDegree_data()
     {
         rows<double, QPointF>({"degree", "expected"},

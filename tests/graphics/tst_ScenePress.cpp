@@ -2,6 +2,8 @@
 #include "support/ZelTest.h"
 #include "zelModelSupport/graphics/ZelRectItem.h"
 
+#include <QMenu>
+
 // Presses, clicks, double clicks and the panning of the view.
 class tst_ScenePress : public ZelTest
 {

@@ -29,7 +29,7 @@ class tst_SdcCxiStorage : public ZelTest
         std::unique_ptr<SdcCxi> cxi;
         SdcBstBstCxi *bond = nullptr;
 
-        explicit Model(const QString &types = QStringLiteral("AB"))
+        explicit Model(const QString &types = "AB")
             : alias1(alias(types.left(1), {}, ComponentStateOn)),
               alias2(alias(types.mid(1), {}, ComponentStateOff)),
               result(alias(types, {{{0, 0}, {1, 1}}}, ComponentStateOn)),
@@ -37,12 +37,12 @@ class tst_SdcCxiStorage : public ZelTest
         {
             bond = cxiBond(cxi.get(), site(cxi->getChildSdcAtIndex(1), 0, 1),
                 site(cxi->getChildSdcAtIndex(0), 0, 0));
-            bond->setProperty(SdcProperty::ShortName, QStringLiteral("bind"));
-            bond->setProperty(SdcProperty::Name, QStringLiteral("<a & b>"));
-            bond->setProperty(SdcProperty::Notes, QStringLiteral("notes"));
-            bond->setProperty(SdcProperty::AssociationRate, QStringLiteral("1e-3"));
-            bond->setProperty(SdcProperty::BindingType, QStringLiteral("trans"));
-            bond->setProperty(SdcProperty::References, QStringLiteral("doi:2"));
+            bond->setProperty(SdcProperty::ShortName, "bind");
+            bond->setProperty(SdcProperty::Name, "<a & b>");
+            bond->setProperty(SdcProperty::Notes, "notes");
+            bond->setProperty(SdcProperty::AssociationRate, "1e-3");
+            bond->setProperty(SdcProperty::BindingType, "trans");
+            bond->setProperty(SdcProperty::References, "doi:2");
         }
     };
 
@@ -93,14 +93,14 @@ private slots:
         if (!dissociationRate.isEmpty())
             model.bond->setProperty(SdcProperty::DissociationRate, dissociationRate);
         QVERIFY(model.cxi->saveToDb());
-        QCOMPARE(model.cxi->getPsiimId(), QStringLiteral("cai1"));
+        QCOMPARE(model.cxi->getPsiimId(), "cai1");
         QCOMPARE(model.db.cadGetListPsiimId().size(), dissociationRate.isEmpty() ? 0 : 1);
 
         SdcCxi loaded(&model.db);
         QVERIFY(loaded.loadFromDb(model.cxi->getPsiimId()));
         QCOMPARE(loaded.getListSdcBstBstCxi().size(), 1);
         QCOMPARE(text(loaded.getListSdcBstBstCxi().first()), text(model.bond));
-        QCOMPARE(loaded.getProperty(SdcProperty::ShortName), QStringLiteral("bind"));
+        QCOMPARE(loaded.getProperty(SdcProperty::ShortName), "bind");
 
         // Saved again, from what was loaded, these are the same records.
         const QStringList records = model.records();
@@ -115,14 +115,14 @@ private slots:
         for (const int key :
             {SdcProperty::ShortName, SdcProperty::AssociationRate, SdcProperty::Geometry})
             model.bond->setProperty(key, QString());
-        QVERIFY(model.db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("mli1")},
-            {ZelDbColumn::AssociationRate, QStringLiteral("42")},
-            {ZelDbColumn::Bst1, model.bond->getSdcBst1()->getPsiimId()},
-            {ZelDbColumn::Bst2, model.bond->getSdcBst2()->getPsiimId()}}));
+        QVERIFY(model.db.mliInsert(
+            {{ZelDbColumn::PsiimId, "mli1"}, {ZelDbColumn::AssociationRate, "42"},
+                {ZelDbColumn::Bst1, model.bond->getSdcBst1()->getPsiimId()},
+                {ZelDbColumn::Bst2, model.bond->getSdcBst2()->getPsiimId()}}));
         QVERIFY(model.cxi->saveToDb());
         const ZelDbRecord record = model.db.caiGetHashInfo(model.bond->getPsiimId());
-        QCOMPARE(record.value(ZelDbColumn::AssociationRate), QStringLiteral("42"));
-        QCOMPARE(record.value(ZelDbColumn::Geometry), QStringLiteral("3D"));
+        QCOMPARE(record.value(ZelDbColumn::AssociationRate), "42");
+        QCOMPARE(record.value(ZelDbColumn::Geometry), "3D");
         QVERIFY(!record.value(ZelDbColumn::ShortName).isEmpty());
     }
 
@@ -136,7 +136,7 @@ private slots:
         SdcBstBstCxi *const bond =
             model.cxiBond(again.get(), model.site(again->getChildSdcAtIndex(0), 0, 0),
                 model.site(again->getChildSdcAtIndex(1), 0, 1));
-        bond->setProperty(SdcProperty::BindingType, QStringLiteral("trans"));
+        bond->setProperty(SdcProperty::BindingType, "trans");
         QVERIFY(again->saveToDb());
         QCOMPARE(model.db.caiGetListPsiimId(), QStringList({model.bond->getPsiimId()}));
         QCOMPARE(
@@ -164,11 +164,11 @@ private slots:
             SdcBstBstCxi *const bond = loaded.getListSdcBstBstCxi().first();
             QCOMPARE(bond->getProperty(SdcProperty::DissociationRate), QLatin1String(expected));
             // A changed rate is that dissociation's, whose order of products is the other one.
-            bond->setProperty(SdcProperty::DissociationRate, QStringLiteral("9"));
+            bond->setProperty(SdcProperty::DissociationRate, "9");
             QVERIFY(loaded.saveToDb());
             QCOMPARE(model.db.cadGetHashInfo(QLatin1String(expected))
                          .value(ZelDbColumn::DissociationRate),
-                QStringLiteral("9"));
+                "9");
             QCOMPARE(model.db.cadGetListPsiimId().size(), expected == QLatin1String("cis") ? 2 : 3);
             QVERIFY(model.db.cadRemove(QLatin1String(expected)));
         }
@@ -192,9 +192,8 @@ private slots:
     void aRingClosesWithinOneComplex()
     {
         Model model;
-        const QString chain = model.alias(QStringLiteral("AB"), {{{0, 0}, {1, 0}}});
-        const QString ring =
-            model.alias(QStringLiteral("AB"), {{{0, 0}, {1, 0}}, {{0, 1}, {1, 1}}});
+        const QString chain = model.alias("AB", {{{0, 0}, {1, 0}}});
+        const QString ring = model.alias("AB", {{{0, 0}, {1, 0}}, {{0, 1}, {1, 1}}});
         SdcCxi cxi(&model.db);
         auto *const cpx = new SdcCpx(&model.db);
         QVERIFY(cpx->loadCpaFromDb(chain));
@@ -206,9 +205,9 @@ private slots:
         }
         SdcBstBstCxi *const bond = model.cxiBond(&cxi, free.first(), free.last());
         bond->setProperty(SdcProperty::ResultCpaPsiimId, ring);
-        bond->setProperty(SdcProperty::DissociationRate, QStringLiteral("7"));
+        bond->setProperty(SdcProperty::DissociationRate, "7");
         QVERIFY(cxi.saveToDb());
-        QCOMPARE(bond->getProperty(SdcProperty::Geometry), QStringLiteral("Intra Complex"));
+        QCOMPARE(bond->getProperty(SdcProperty::Geometry), "Intra Complex");
         SdcCxi loaded(&model.db);
         QVERIFY(loaded.loadFromDb(cxi.getPsiimId()));
         QCOMPARE(loaded.getListSdcCpx().size(), 1);
@@ -219,16 +218,15 @@ private slots:
     {
         Model model;
         const QString site = model.bond->getSdcBst2()->getPsiimId();
-        QVERIFY(model.db.caiInsert({{ZelDbColumn::PsiimId, QStringLiteral("cai1")},
+        QVERIFY(model.db.caiInsert({{ZelDbColumn::PsiimId, "cai1"},
             {ZelDbColumn::CaiCpa1, model.alias1}, {ZelDbColumn::CaiCpa2, model.alias1},
-            {ZelDbColumn::Bst1, site}, {ZelDbColumn::MolPos1, QStringLiteral("0")},
-            {ZelDbColumn::Bst2, site}, {ZelDbColumn::MolPos2, QStringLiteral("0")}}));
+            {ZelDbColumn::Bst1, site}, {ZelDbColumn::MolPos1, "0"}, {ZelDbColumn::Bst2, site},
+            {ZelDbColumn::MolPos2, "0"}}));
         SdcCxi loaded(&model.db);
-        QVERIFY(loaded.loadFromDb(QStringLiteral("cai1")));
+        QVERIFY(loaded.loadFromDb("cai1"));
         QCOMPARE(loaded.getListSdcCpx().size(), 2);
         QVERIFY(loaded.saveToDb());
-        QCOMPARE(model.db.caiGetHashInfo(QStringLiteral("cai1")).value(ZelDbColumn::Geometry),
-            QStringLiteral("3D"));
+        QCOMPARE(model.db.caiGetHashInfo("cai1").value(ZelDbColumn::Geometry), "3D");
     }
 
     void whatIsStoredIsDrawnEvenIfNobodyMayDrawIt()
@@ -239,7 +237,7 @@ private slots:
         QVERIFY(model.db.caiInsert({{ZelDbColumn::PsiimId, id}, // its site 0 is bound already
             {ZelDbColumn::CaiCpa2, model.result},
             {ZelDbColumn::Bst2, model.bond->getSdcBst2()->getPsiimId()},
-            {ZelDbColumn::MolPos2, QStringLiteral("0")}}));
+            {ZelDbColumn::MolPos2, "0"}}));
         ZelSceneCxi scene;
         scene.setZelDbSqliteModel(&model.db);
         SdcCxi loaded(&model.db);
@@ -281,9 +279,9 @@ private slots:
         if (isRow("unknown site"))
             record.insert(ZelDbColumn::Bst1, model.bond->getSdcBst2()->getPsiimId());
         if (isRow("unknown molecule"))
-            record.insert(ZelDbColumn::MolPos2, QStringLiteral("9"));
+            record.insert(ZelDbColumn::MolPos2, "9");
         if (isRow("bad state code"))
-            QVERIFY(model.db.cpaUpdateMcpStateCode(model.alias1, QStringLiteral("<cpx><mol")));
+            QVERIFY(model.db.cpaUpdateMcpStateCode(model.alias1, "<cpx><mol"));
         QVERIFY(model.db.caiInsert(record));
         if (isRow("unknown association"))
             id = QStringLiteral("cai9");
@@ -315,7 +313,7 @@ private slots:
         QVERIFY2(lines.contains(QLatin1String("nix no such complex")), qPrintable(lines));
         QCOMPARE(cxi.getListSdcCpx().size(), 2);
         QCOMPARE(cxi.getSdcCpxAtPosIndex(0)->getListSdcBstBstCpx().size(), 1);
-        QCOMPARE(cxi.getProperty(SdcProperty::ShortName), QStringLiteral("bind"));
+        QCOMPARE(cxi.getProperty(SdcProperty::ShortName), "bind");
         SdcCxi none(nullptr);
         QVERIFY(!none.loadDom(QString(), QDomElement(), nullptr));
     }
@@ -350,16 +348,16 @@ private slots:
         if (isRow("no alias"))
             bond->getSdcCpx1()->clearProperty(SdcProperty::CpaPsiimId);
         if (isRow("geometry"))
-            bond->setProperty(SdcProperty::Geometry, QStringLiteral("Intra Complex"));
+            bond->setProperty(SdcProperty::Geometry, "Intra Complex");
         if (isRow("dissociation of nothing"))
-            bond->setProperty(SdcProperty::DissociationRate, QStringLiteral("1"));
+            bond->setProperty(SdcProperty::DissociationRate, "1");
         if (isRow("unknown result"))
-            bond->setProperty(SdcProperty::ResultCpaPsiimId, QStringLiteral("cpa99"));
+            bond->setProperty(SdcProperty::ResultCpaPsiimId, "cpa99");
         if (isRow("second bond"))
             model
                 .cxiBond(model.cxi.get(), model.site(model.cxi->getChildSdcAtIndex(0), 0, 1),
                     model.site(model.cxi->getChildSdcAtIndex(1), 0, 0))
-                ->setProperty(SdcProperty::ResultCpaPsiimId, QStringLiteral("cpa99"));
+                ->setProperty(SdcProperty::ResultCpaPsiimId, "cpa99");
         QCOMPARE(model.faultOfRefusal(
                      {model.cxi.get(), bond}, [&] { return model.cxi->saveToDb(); }, complaint,
                      isRow("closed database")),

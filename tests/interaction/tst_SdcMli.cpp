@@ -4,8 +4,6 @@
 #include "support/ZelTree.h"
 
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelLineItemBstBstMli.h"
-#include "zelModelSupport/graphics/ZelSceneMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
@@ -24,12 +22,8 @@ class tst_SdcMli : public ZelTest
     static std::unique_ptr<SdcMli> bareMli()
     {
         auto mli = std::make_unique<SdcMli>(nullptr);
-        mli->addSdcChild(ZelTree::bareMolecule(nullptr, QStringLiteral("M"),
-                             {{QStringLiteral("a"), {}, 1}, {QStringLiteral("b"), {}, 1}}),
-            true);
-        mli->addSdcChild(ZelTree::bareMolecule(nullptr, QStringLiteral("N"),
-                             {{QStringLiteral("c"), {}, 2}, {QStringLiteral("d"), {}, 1}}),
-            true);
+        mli->addSdcChild(ZelTree::bareMolecule(nullptr, "M", {{"a", {}, 1}, {"b", {}, 1}}), true);
+        mli->addSdcChild(ZelTree::bareMolecule(nullptr, "N", {{"c", {}, 2}, {"d", {}, 1}}), true);
         return mli;
     }
 
@@ -147,9 +141,9 @@ private slots:
         mli->addSdcChild(nullptr, false);
         for (int m = 0; m < 2; ++m) {
             for (SdcBst *bst : mli->getChildSdcAtIndex(m)->getListSdcBst())
-                bst->setProperty(SdcProperty::PsiimId, QStringLiteral("x"));
+                bst->setProperty(SdcProperty::PsiimId, "x");
         }
-        site(mli.get(), 1, 2)->setProperty(SdcProperty::PsiimId, QStringLiteral("y"));
+        site(mli.get(), 1, 2)->setProperty(SdcProperty::PsiimId, "y");
         SdcBst *const wanted = expected < 0 ? nullptr : site(mli.get(), mol, expected);
         QCOMPARE(mli->getSdcBstFromMolPosBstId(molPos, bstId), wanted);
     }
@@ -175,21 +169,19 @@ private slots:
         QFETCH(bool, expected);
         QFETCH(QString, properties);
         InteractionStage stage;
-        const std::unique_ptr<SdcMli> mli(stage.mli(QStringLiteral("AB")));
+        const std::unique_ptr<SdcMli> mli(stage.mli("AB"));
         SdcBst *const a = stage.site(mli.get(), 0, 0);
         SdcBst *const b = stage.site(mli.get(), 1, 1);
-        QVERIFY(stage.db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("mli1")},
-            {ZelDbColumn::ShortName, QStringLiteral("bind")},
-            {ZelDbColumn::Name, QStringLiteral("A binds B")},
-            {ZelDbColumn::Notes, QStringLiteral("notes")},
-            {ZelDbColumn::AssociationRate, QStringLiteral("0.5")},
-            {ZelDbColumn::DissociationRate, QStringLiteral("0.25")},
-            {ZelDbColumn::Bst1, a->getPsiimId()}, {ZelDbColumn::Bst2, b->getPsiimId()}}));
+        QVERIFY(
+            stage.db.mliInsert({{ZelDbColumn::PsiimId, "mli1"}, {ZelDbColumn::ShortName, "bind"},
+                {ZelDbColumn::Name, "A binds B"}, {ZelDbColumn::Notes, "notes"},
+                {ZelDbColumn::AssociationRate, "0.5"}, {ZelDbColumn::DissociationRate, "0.25"},
+                {ZelDbColumn::Bst1, a->getPsiimId()}, {ZelDbColumn::Bst2, b->getPsiimId()}}));
         const QList<int> keys{1, 15, 16, 2, 3, 11};
         for (const int key : keys)
-            mli->setProperty(key, QStringLiteral("old"));
-        mli->setProperty(15, QStringLiteral("1"));
-        mli->setProperty(16, QStringLiteral("2"));
+            mli->setProperty(key, "old");
+        mli->setProperty(15, "1");
+        mli->setProperty(16, "2");
         SdcBstBstMli *const bond = change == QLatin1String("swap")
             ? stage.mliBond(mli.get(), b, a)
             : stage.mliBond(mli.get(),
@@ -209,24 +201,6 @@ private slots:
         QCOMPARE(texts.join(u','), properties);
         QCOMPARE(mli->canSave(),
             mli->getListSdcBstBstMli().size() == 1 && !mli->getProperty(15).isEmpty());
-    }
-
-    void theLineFollowsItsMolecules()
-    {
-        InteractionStage stage;
-        ZelSceneMli scene;
-        scene.setZelDbSqliteModel(&stage.db);
-        const std::unique_ptr<SdcMli> mli(stage.mli(QStringLiteral("AB"), &scene));
-        scene.setSdc(mli.get());
-        QVERIFY(scene.addBond(stage.site(mli.get(), 0, 0), stage.site(mli.get(), 1, 0)));
-        ZelLineItemBstBstMli *const line = mli->getZelLineItemBstBstMliFromIndex(0);
-        QVERIFY(line);
-        QCOMPARE(mli->getZelLineItemBstBstMliIndex(line), 0);
-        const QPointF before = line->mapToScene(line->line().p1());
-        scene.moveListSdcMcps(mli->getListSdcMcp(), QPointF(30.0, 40.0));
-        QCOMPARE(line->mapToScene(line->line().p1()), before + QPointF(30.0, 40.0));
-        mli->setHighlight(true, false);
-        QVERIFY(line->isHighlighted());
     }
 };
 

@@ -22,16 +22,16 @@ class tst_SdcMliStorage : public ZelTest
         SdcBstBstMli *bond = nullptr;
 
         /// Ready to be saved. The bond's first site lies in the second molecule.
-        explicit Model(const QString &types = QStringLiteral("AB"), int site0 = 2)
+        explicit Model(const QString &types = "AB", int site0 = 2)
             : mli(InteractionStage::mli(types))
         {
             bond = mliBond(mli.get(), site(mli.get(), 1, 1), site(mli.get(), 0, site0));
             mli->addSdcBstBstMli(bond);
-            mli->setProperty(SdcProperty::AssociationRate, QStringLiteral("1e5"));
-            mli->setProperty(SdcProperty::DissociationRate, QStringLiteral("0.1"));
-            mli->setProperty(SdcProperty::Name, QStringLiteral("<A & \"B\">"));
-            mli->setProperty(SdcProperty::Notes, QStringLiteral("two\nlines \u03b2"));
-            mli->setProperty(SdcProperty::References, QStringLiteral("doi:1"));
+            mli->setProperty(SdcProperty::AssociationRate, "1e5");
+            mli->setProperty(SdcProperty::DissociationRate, "0.1");
+            mli->setProperty(SdcProperty::Name, "<A & \"B\">");
+            mli->setProperty(SdcProperty::Notes, "two\nlines \u03b2");
+            mli->setProperty(SdcProperty::References, "doi:1");
         }
     };
 
@@ -137,8 +137,7 @@ private slots:
             QVERIFY(model.db.mliRemoveAllBstBst(id));
         if (isRow("a bond at another position")) {
             const QStringList pair = model.db.mliGetArrayBstBst(id).first();
-            QVERIFY(model.db.mliInsertBstBst(
-                id, 0, QStringLiteral("5"), pair.at(3), pair.at(4), pair.at(5)));
+            QVERIFY(model.db.mliInsertBstBst(id, 0, "5", pair.at(3), pair.at(4), pair.at(5)));
         }
         if (isRow("not empty"))
             loaded.addSdcChild(new SdcMol(&model.db), true);
@@ -160,7 +159,7 @@ private slots:
                                       "<mol psiimId='nix'/><mol psiimId='%1'/></mli>")
                            .arg(stage.molA));
         SdcMli mli(&stage.db);
-        QVERIFY(!mli.loadDom(QStringLiteral("mli1"), doc.documentElement(), nullptr));
+        QVERIFY(!mli.loadDom("mli1", doc.documentElement(), nullptr));
         const QString lines = stage.debugText();
         QVERIFY2(lines.contains(QLatin1String("nix no such molecule")), qPrintable(lines));
         QCOMPARE(mli.getListSdcMol().size(), 2);
@@ -203,13 +202,13 @@ private slots:
         if (isRow("site without id"))
             model.bond->getSdcBst1()->clearProperty(SdcProperty::PsiimId);
         if (isRow("unknown site"))
-            model.bond->getSdcBst1()->setProperty(SdcProperty::PsiimId, QStringLiteral("bst99"));
+            model.bond->getSdcBst1()->setProperty(SdcProperty::PsiimId, "bst99");
         if (isRow("foreign molecule")) {
             taken.reset(mli->getChildSdcAtIndex(0));
             mli->removeSdcChild(taken.get());
         }
         if (isRow("declared before"))
-            QVERIFY(model.db.mliInsert({{ZelDbColumn::PsiimId, QStringLiteral("other")},
+            QVERIFY(model.db.mliInsert({{ZelDbColumn::PsiimId, "other"},
                 {ZelDbColumn::Bst1, model.bond->getSdcBst2()->getPsiimId()},
                 {ZelDbColumn::Bst2, model.bond->getSdcBst1()->getPsiimId()}}));
         QCOMPARE(model.faultOfRefusal(

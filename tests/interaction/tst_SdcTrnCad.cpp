@@ -32,8 +32,7 @@ class tst_SdcTrnCad : public ZelTest
     {
         const QString A = QStringLiteral("A");
         const QString AB = QStringLiteral("AB");
-        QString source = alias(
-            QStringLiteral("ABA"), {{{0, 0}, {1, 0}}, {{2, 0}, {1, 0 + 1}}}, ComponentStateOn);
+        QString source = alias("ABA", {{{0, 0}, {1, 0}}, {{2, 0}, {1, 0 + 1}}}, ComponentStateOn);
         QString aOn = alias(A, {}, ComponentStateOn);
         QString aOff = alias(A);
 
@@ -123,14 +122,14 @@ private slots:
     void aTransformationComesBackAsItWas()
     {
         InteractionStage stage;
-        const auto from = loaded(stage, stage.alias(QStringLiteral("A"), {}, ComponentStateOn));
-        const auto to = loaded(stage, stage.alias(QStringLiteral("A"), {}, ComponentStateOff));
+        const auto from = loaded(stage, stage.alias("A", {}, ComponentStateOn));
+        const auto to = loaded(stage, stage.alias("A", {}, ComponentStateOff));
         SdcTrn trn(&stage.db);
         trn.setSdcCpxFrom(from.get());
         trn.setSdcCpxTo(to.get());
-        trn.setProperty(SdcProperty::Rate, QStringLiteral("0.1"));
-        trn.setProperty(SdcProperty::Notes, QStringLiteral("notes"));
-        trn.setProperty(SdcProperty::References, QStringLiteral("doi:3"));
+        trn.setProperty(SdcProperty::Rate, "0.1");
+        trn.setProperty(SdcProperty::Notes, "notes");
+        trn.setProperty(SdcProperty::References, "doi:3");
         QVERIFY(trn.saveToDb());
         QVERIFY(!trn.getProperty(SdcProperty::ShortName).isEmpty());
 
@@ -153,7 +152,7 @@ private slots:
             {{ZelDbColumn::PsiimId, trn.getPsiimId()}, {ZelDbColumn::TrnFromCpa, QString()}}));
         QVERIFY(!again.loadFromDb(trn.getPsiimId()));
         QVERIFY(!again.getSdcCpxFrom() && again.getSdcCpxTo());
-        QVERIFY(!again.loadFromDb(QStringLiteral("trn9")));
+        QVERIFY(!again.loadFromDb("trn9"));
         QVERIFY(again.getSdcCpxTo()); // nothing changed
         const QString lines = stage.debugText();
         QVERIFY2(lines.contains(QLatin1String("no complex in the stored states"))
@@ -173,7 +172,7 @@ private slots:
     {
         QFETCH(QString, complaint);
         InteractionStage stage;
-        const auto cpx = loaded(stage, stage.alias(QStringLiteral("A")));
+        const auto cpx = loaded(stage, stage.alias("A"));
         SdcCpx to(&stage.db);
         SdcTrn trn(isRow("no database") ? nullptr : &stage.db);
         trn.setSdcCpxFrom(cpx.get());
@@ -181,10 +180,9 @@ private slots:
             trn.setSdcCpxTo(&to);
         if (!isRow("no alias"))
             to.setProperty(SdcProperty::CpaPsiimId,
-                isRow("unknown alias") ? QStringLiteral("cpa99")
-                                       : cpx->getProperty(SdcProperty::CpaPsiimId));
+                isRow("unknown alias") ? "cpa99" : cpx->getProperty(SdcProperty::CpaPsiimId));
         if (!isRow("no rate"))
-            trn.setProperty(SdcProperty::Rate, QStringLiteral("1"));
+            trn.setProperty(SdcProperty::Rate, "1");
         QCOMPARE(stage.faultOfRefusal(
                      {&trn}, [&] { return trn.saveToDb(); }, complaint),
             QString());
@@ -215,9 +213,9 @@ private slots:
         cad.setCpxR2(r2.get());
         cad.setReverse12(reverse);
         cad.setSbbc(source->getListSdcBstBstCpx().first());
-        cad.setProperty(SdcProperty::DissociationRate, QStringLiteral("0.1"));
-        cad.setProperty(SdcProperty::BindingType, QStringLiteral("cis"));
-        cad.setProperty(SdcProperty::Notes, QStringLiteral("notes"));
+        cad.setProperty(SdcProperty::DissociationRate, "0.1");
+        cad.setProperty(SdcProperty::BindingType, "cis");
+        cad.setProperty(SdcProperty::Notes, "notes");
         QVERIFY(cad.isConsistentToDb()); // never stored
         QVERIFY(cad.saveToDb());
         QVERIFY(cad.isConsistentToDb());
@@ -247,28 +245,26 @@ private slots:
     void aDissociationThatDoesNotAddUpIsReported()
     {
         CadModel model;
-        QVERIFY(model.db.cadInsert({{ZelDbColumn::PsiimId, QStringLiteral("cad1")},
+        QVERIFY(model.db.cadInsert({{ZelDbColumn::PsiimId, "cad1"},
             {ZelDbColumn::CadSourceCpa, model.source}, {ZelDbColumn::CadResultCpa1, model.aOn},
             {ZelDbColumn::CadResultCpa2, model.aOff}}));
-        QVERIFY(model.db.cadInsert({{ZelDbColumn::PsiimId, QStringLiteral("cad2")},
-            {ZelDbColumn::CadResultCpa1, model.aOn}}));
+        QVERIFY(model.db.cadInsert(
+            {{ZelDbColumn::PsiimId, "cad2"}, {ZelDbColumn::CadResultCpa1, model.aOn}}));
         SdcCad cad(&model.db);
-        QVERIFY(!cad.loadFromDb(QStringLiteral("cad1")));
+        QVERIFY(!cad.loadFromDb("cad1"));
         QVERIFY(cad.getCpxSrc() && cad.getCpxR1() && cad.getCpxR2() && !cad.getSbbc());
         QVERIFY(!cad.isConsistentToDb());
-        QVERIFY(!cad.loadFromDb(QStringLiteral("cad2")));
+        QVERIFY(!cad.loadFromDb("cad2"));
         QVERIFY(!cad.getCpxSrc() && cad.getCpxR1() && !cad.getCpxR2());
         QVERIFY(!cad.saveToDb());
-        QVERIFY(!cad.loadFromDb(QStringLiteral("cad3")));
+        QVERIFY(!cad.loadFromDb("cad3"));
         SdcCad none(nullptr);
-        QVERIFY(!none.loadFromDb(QStringLiteral("cad1")) && !none.saveToDb());
+        QVERIFY(!none.loadFromDb("cad1") && !none.saveToDb());
         const QString lines = model.debugText();
         for (const char *complaint :
             {"no bond divides the source of cad1", "no complex in the stored states",
                 "needs a source and products", "no dissociation cad3",
-                "loadFromDb(const QString & psiimId, ZelScene * scene): no "
-                "database",
-                "saveToDb(): no database"})
+                "ZelScene * scene): no database", "saveToDb(): no database"})
             QVERIFY2(lines.contains(QLatin1String(complaint)), qPrintable(lines));
     }
 
@@ -293,12 +289,10 @@ private slots:
         QFETCH(QString, change);
         QFETCH(bool, expected);
         InteractionStage stage;
-        const QString source = stage.alias(QStringLiteral("AB"), {{{0, 0}, {1, 0}}});
-        QVERIFY(stage.db.cadInsert({{ZelDbColumn::PsiimId, QStringLiteral("cad1")},
-            {ZelDbColumn::ShortName, QStringLiteral("s")}, {ZelDbColumn::Name, QStringLiteral("n")},
-            {ZelDbColumn::Notes, QStringLiteral("o")},
-            {ZelDbColumn::DissociationRate, QStringLiteral("1")},
-            {ZelDbColumn::GeometryText, QStringLiteral("g")},
+        const QString source = stage.alias("AB", {{{0, 0}, {1, 0}}});
+        QVERIFY(stage.db.cadInsert({{ZelDbColumn::PsiimId, "cad1"}, {ZelDbColumn::ShortName, "s"},
+            {ZelDbColumn::Name, "n"}, {ZelDbColumn::Notes, "o"},
+            {ZelDbColumn::DissociationRate, "1"}, {ZelDbColumn::GeometryText, "g"},
             {ZelDbColumn::CadSourceCpa, source}}));
         auto src = loaded(stage, source);
         SdcCpx r1(&stage.db);
@@ -319,7 +313,7 @@ private slots:
         if (const int key = change.toInt())
             cad.setProperty(key, key == 1 ? QString() : QStringLiteral("x"));
         if (change == QLatin1String("source"))
-            src->setProperty(18, QStringLiteral("cpa99"));
+            src->setProperty(18, "cpa99");
         if (change == QLatin1String("products"))
             cad.setReverse12(true);
         if (change == QLatin1String("dead"))

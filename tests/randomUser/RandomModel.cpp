@@ -62,7 +62,7 @@ bool execute(const QString &statement)
 
 RandomModel::RandomModel()
 {
-    m_file.create(QStringLiteral(":memory:"));
+    m_file.create(":memory:");
     addMolecules();
     addComplexes();
     addInteraction();
@@ -87,8 +87,8 @@ void RandomModel::damage(RandomDice *dice)
 {
     if (m_damaged)
         return;
-    execute(QStringLiteral("PRAGMA foreign_keys = OFF")); // has no effect once it is a transaction
-    m_damaged = execute(QStringLiteral("SAVEPOINT damage"));
+    execute("PRAGMA foreign_keys = OFF"); // has no effect once it is a transaction
+    m_damaged = execute("SAVEPOINT damage");
     if (!m_damaged)
         m_fault = QStringLiteral("the model cannot be damaged");
     for (int i = 1 + dice->below(3); i > 0; --i) {
@@ -110,9 +110,9 @@ void RandomModel::mend()
 {
     if (!m_damaged)
         return;
-    execute(QStringLiteral("ROLLBACK TO damage"));
-    execute(QStringLiteral("RELEASE damage"));
-    execute(QStringLiteral("PRAGMA foreign_keys = ON"));
+    execute("ROLLBACK TO damage");
+    execute("RELEASE damage");
+    execute("PRAGMA foreign_keys = ON");
     m_damaged = false;
 }
 
@@ -121,20 +121,19 @@ void RandomModel::addMolecules()
     for (int i = 0; i < 3; ++i) {
         QList<ZelTree::Mcp> mcps;
         for (int k = 0; k <= i; ++k)
-            mcps.append({QStringLiteral("c%1").arg(k), {QStringLiteral("P"), QStringLiteral("Q")},
-                1 + (i + k) % 3});
+            mcps.append({QStringLiteral("c%1").arg(k), {"P", "Q"}, 1 + (i + k) % 3});
         ZelScene drawing;
         const std::unique_ptr<SdcMol> mol(
             ZelTree::molecule(&m_db, QStringLiteral("M%1").arg(i), mcps, &drawing));
         if (!mol->saveToDb())
             m_fault = m_db.errorText();
-        note(QStringLiteral("mol"), mol->getPsiimId());
+        note("mol", mol->getPsiimId());
     }
 }
 
 void RandomModel::addComplexes()
 {
-    const QStringList mols = ids(QStringLiteral("mol"));
+    const QStringList mols = ids("mol");
     for (int i = 0; i < 3; ++i) {
         ZelSceneCpx scene;
         scene.setZelDbSqliteModel(&m_db);
@@ -149,31 +148,31 @@ void RandomModel::addComplexes()
         SdcCpx *const cpx = scene.getSdcCpx();
         if (!cpx->saveToDbCpx() || !cpx->saveToDbCpa())
             m_fault = QStringLiteral("a complex cannot be saved");
-        note(QStringLiteral("cpx"), cpx->getPsiimId());
-        note(QStringLiteral("cpa"), cpx->getProperty(SdcProperty::CpaPsiimId));
+        note("cpx", cpx->getPsiimId());
+        note("cpa", cpx->getProperty(SdcProperty::CpaPsiimId));
     }
 }
 
 void RandomModel::addInteraction()
 {
-    const QStringList mols = ids(QStringLiteral("mol"));
+    const QStringList mols = ids("mol");
     ZelSceneMli scene;
     scene.setZelDbSqliteModel(&m_db);
     SdcMol *const first = scene.addMolFromDb(mols.at(0), {-100.0, 0.0});
     SdcMol *const second = scene.addMolFromDb(mols.at(2), {100.0, 0.0});
     scene.drawBond(first->getListSdcBst().first(), second->getListSdcBst().first());
     SdcMli *const mli = scene.getSdcMli();
-    mli->setProperty(SdcProperty::AssociationRate, QStringLiteral("0.1"));
-    mli->setProperty(SdcProperty::DissociationRate, QStringLiteral("0.2"));
+    mli->setProperty(SdcProperty::AssociationRate, "0.1");
+    mli->setProperty(SdcProperty::DissociationRate, "0.2");
     if (!mli->saveToDb())
         m_fault = QStringLiteral("an interaction cannot be saved");
-    note(QStringLiteral("mli"), mli->getPsiimId());
+    note("mli", mli->getPsiimId());
 }
 
 // The first complex binds the second one by the last of its sites.
 void RandomModel::addAssociation()
 {
-    const QStringList cpas = ids(QStringLiteral("cpa"));
+    const QStringList cpas = ids("cpa");
     ZelSceneCpx joined;
     joined.setZelDbSqliteModel(&m_db);
     joined.addCpaFromDb(cpas.at(0), {-100.0, 0.0});
@@ -194,13 +193,13 @@ void RandomModel::addAssociation()
         joined.getSdcCpx()->getProperty(SdcProperty::CpaPsiimId));
     if (!scene.getSdcCxi()->saveToDb())
         m_fault = QStringLiteral("an association cannot be saved");
-    note(QStringLiteral("cai"), scene.getCurrentBond()->getPsiimId());
+    note("cai", scene.getCurrentBond()->getPsiimId());
 }
 
 // The library does not ask here whether the complexes make sense.
 void RandomModel::addReactions()
 {
-    const QStringList cpas = ids(QStringLiteral("cpa"));
+    const QStringList cpas = ids("cpa");
     const auto add = [this](const char *tag, const auto &insert, ZelDbRecord record) {
         const QString psiimId = QLatin1String(tag) + u'1';
         record.insert(C::PsiimId, psiimId);

@@ -261,7 +261,7 @@ QSet<int> neighborIndices(SdcMcp *mcp)
 } // namespace
 
 QString SceneChecks::consistent(
-    ZelScene *scene, const QList<SdcMol *> &molecules, const LiveObjects &objects)
+    ZelScene *scene, const QList<SdcMol *> &molecules, const LiveObjects *objects)
 {
     Report report;
     const QList<QGraphicsItem *> items = scene->items();
@@ -277,7 +277,8 @@ QString SceneChecks::consistent(
                     "the label of a site is not its number", bst);
         }
     }
-    checkObjects(objects, scene, molecules, &report);
+    if (objects)
+        checkObjects(*objects, scene, molecules, &report);
     return report.text();
 }
 

@@ -13,8 +13,8 @@ class ZelScene;
 namespace SceneChecks {
 
 /// Items and components belong together, positions are dense, labels and lines up to date, and
-/// nothing is left beside them.
-QString consistent(ZelScene *scene, const QList<SdcMol *> &molecules, const LiveObjects &objects);
+/// nothing is left beside them; null objects when some rightly belong to neither.
+QString consistent(ZelScene *scene, const QList<SdcMol *> &molecules, const LiveObjects *objects);
 
 /// Nothing that has moved lies on a stranger.
 QString apart(ZelScene *scene, const QList<ZelEllipseItem *> &moved);

@@ -1,6 +1,7 @@
 #include "SceneHost.h"
 
 #include "SceneChecks.h"
+#include "SceneParts.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
@@ -89,35 +90,6 @@ QList<SdcMol *> SceneHost::molecules() const
             list.append(mol);
     }
     return list;
-}
-
-QList<SdcMcp *> SceneHost::components() const
-{
-    QList<SdcMcp *> list;
-    for (SdcMol *mol : molecules())
-        list += mol->getListSdcMcp();
-    return list;
-}
-
-QList<SdcBst *> SceneHost::sites() const
-{
-    QList<SdcBst *> list;
-    for (SdcMol *mol : molecules())
-        list += mol->getListSdcBst();
-    return list;
-}
-
-QList<ZelRectItemMcpSticky *> SceneHost::stickies() const
-{
-    QList<ZelRectItemMcpSticky *> list;
-    for (SdcMcp *mcp : components())
-        list += mcp->getListSticky();
-    return list;
-}
-
-QList<SdcBstBst *> SceneHost::bonds() const
-{
-    return m_scene->findChildren<SdcBstBst *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 void SceneHost::setFault(const QString &fault)
@@ -332,19 +304,19 @@ void SceneHost::tidy()
             break;
         }
     }
-    for (SdcMcp *mcp : components()) {
+    for (SdcMcp *mcp : SceneParts::components(molecules())) {
         if (!mcp->getZelEllipseItemMcp())
             m_scene->removeSdcMcp(mcp);
     }
-    for (SdcBst *bst : sites()) {
+    for (SdcBst *bst : SceneParts::sites(molecules())) {
         if (!bst->getZelEllipseItemBst())
             m_scene->removeSdcBst(bst);
     }
-    for (SdcBstBst *bond : bonds()) {
+    for (SdcBstBst *bond : SceneParts::bonds(m_scene.get())) {
         if (bond->getListSdcBst().size() < 2 || !bond->getZelLineItemBstBst())
             m_scene->removeSdcBstBst(bond);
     }
-    for (SdcMcp *mcp : components())
+    for (SdcMcp *mcp : SceneParts::components(molecules()))
         mcp->updateStatePropertyFromSticky();
     m_molecules.removeIf([](const QPointer<SdcMol> &mol) { return !mol; });
     m_untidy = false;

@@ -15,7 +15,6 @@
 class QGraphicsEllipseItem;
 class Sdc;
 class SdcBst;
-class SdcBstBst;
 class SdcCpx;
 class SdcMcp;
 class SdcMol;
@@ -48,10 +47,6 @@ public:
     QGraphicsView *view() const { return m_view.get(); }
     ZelDbSqliteModel *db() { return &m_db; }
     QList<SdcMol *> molecules() const;
-    QList<SdcMcp *> components() const;
-    QList<SdcBst *> sites() const;
-    QList<ZelRectItemMcpSticky *> stickies() const;
-    QList<SdcBstBst *> bonds() const;
     /// The first thing that went wrong; empty when nothing did.
     QString fault() const { return m_fault; }
     void setFault(const QString &fault);

@@ -1,6 +1,5 @@
 #include "ViewUser.h"
 
-#include "PopupUser.h"
 #include "support/ZelTest.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
@@ -19,30 +18,18 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QStandardItem>
-#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr qsizetype LogLength = 20;
 constexpr std::size_t MostWindows = 4;
 constexpr std::size_t MostScenes = 3;
-constexpr int PaintedPercent = 5; // painting is dear
 constexpr double Hair = 1e-9; // that rounding may decide otherwise at a limit
-
-bool isExpected(const QString &line)
-{
-    return line.startsWith(QLatin1String("name = "))
-        || line.contains(QLatin1String("found at void ZelScene::changeMolColor("))
-        || line.startsWith(QLatin1String("This plugin does not support "));
-}
 
 double scaleOf(QGraphicsView *view)
 {
@@ -82,82 +69,55 @@ bool endsAtSites(ZelLineItemBstBst *line)
 } // namespace
 
 ViewUser::ViewUser(quint32 seed)
-    : m_seed(seed), m_dice(seed),
-      m_popups(std::make_unique<PopupUser>(
-          &m_dice, [this](const QString &action) { log(action); }, [this] { interrupt(); }))
+    : RandomSession(seed, {"name = ", "found at void ZelScene::changeMolColor("})
 {
-    if (!m_model.fault().isEmpty())
-        fail(m_model.fault());
+    fail(m_model.fault());
     openView()->setScene(openScene());
     ZelTest::takeDebugLines();
 }
 
 ViewUser::~ViewUser()
 {
-    finish();
+    ViewUser::close();
 }
 
-bool ViewUser::play(int steps)
+QList<QGraphicsView *> ViewUser::views() const
 {
-    for (int i = 0; i < steps && m_failure.isEmpty(); ++i) {
-        ++m_step;
-        const bool painted = m_dice.chance(PaintedPercent);
-        for (const Window &window : m_windows)
-            window.view->setUpdatesEnabled(painted);
-        step();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-        check();
-    }
-    return m_failure.isEmpty();
+    QList<QGraphicsView *> list;
+    for (const Window &window : m_windows)
+        list.append(window.view.get());
+    return list;
 }
 
-bool ViewUser::finish()
+void ViewUser::close()
 {
-    m_popups->giveUp();
     if (m_dice.chance(50))
         m_windows.clear();
     while (!m_scenes.empty())
         closeScene(m_scenes.size() - 1);
     m_windows.clear();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    const QStringList left = m_objects.leftovers();
-    if (!left.isEmpty())
-        fail(QLatin1String("left over at the end: ") + left.join(QLatin1String(", ")));
-    return m_failure.isEmpty();
 }
 
 void ViewUser::step()
 {
     m_tolerant = m_model.isDamaged();
-    const int thrown = m_dice.below(100);
-    if (thrown < 25)
-        wheel();
-    else if (thrown < 33)
-        zoom();
-    else if (thrown < 38)
-        resize();
-    else if (thrown < 52)
-        gesture();
-    else if (thrown < 57)
-        hover();
-    else if (thrown < 61)
-        contextMenu();
-    else if (thrown < 75)
-        show();
-    else if (thrown < 80)
-        pair();
-    else if (thrown < 86)
-        openOrClose();
-    else if (thrown < 89)
-        damage();
-    else if (thrown < 93)
-        pictures();
-    else
-        mishap();
+    doOneOf({
+        {25, [this] { turnWheel(); }},
+        {8, [this] { zoom(); }},
+        {5, [this] { resize(); }},
+        {14, [this] { gesture(); }},
+        {5, [this] { hover(); }},
+        {4, [this] { contextMenu(); }},
+        {14, [this] { show(); }},
+        {5, [this] { pair(); }},
+        {6, [this] { openOrClose(); }},
+        {3, [this] { damage(); }},
+        {4, [this] { pictures(); }},
+        {7, [this] { mishap(); }},
+    });
 }
 
-void ViewUser::wheel()
+void ViewUser::turnWheel()
 {
     ZelGraphicsView *const view = anyView();
     if (!view)
@@ -177,21 +137,17 @@ void ViewUser::wheel()
         if (other.view.get() != view && other.view.get() != twin)
             others.append(scaleOf(other.view.get()));
     }
-    const QPointF pos = view->mapFromScene(anyPoint(view));
     const bool sideways = m_dice.chance(5);
-    QWheelEvent event(pos, view->viewport()->mapToGlobal(pos), {},
-        sideways ? QPoint(delta, 0) : QPoint(0, delta), m_buttons, Qt::NoModifier,
-        Qt::NoScrollPhase, false);
-    QApplication::sendEvent(view->viewport(), &event);
+    wheel(view, anyPoint(view), sideways ? QPoint(delta, 0) : QPoint(0, delta));
     const auto isOff = [](QGraphicsView *turned, double scale) {
         return std::abs(scaleOf(turned) - scale) > Hair * scale;
     };
     if (!sideways && (isOff(view, expected) || (twin && isOff(twin, expectedOfTwin))))
-        fail(QStringLiteral("the wheel has zoomed otherwise than it should"));
+        fail("the wheel has zoomed otherwise than it should");
     for (const Window &other : m_windows) {
         if (other.view.get() != view && other.view.get() != twin
             && scaleOf(other.view.get()) != others.takeFirst())
-            fail(QStringLiteral("the wheel has zoomed a stranger"));
+            fail("the wheel has zoomed a stranger");
     }
 }
 
@@ -219,7 +175,7 @@ void ViewUser::zoom()
     } else if (thrown == 2) {
         zoomed->resetZoom();
         if (scaleOf(view) != zoomed->getDefaultScaleFactor())
-            fail(QStringLiteral("the zoom was not reset"));
+            fail("the zoom was not reset");
     } else if (thrown == 3) {
         zoomed->scaleDefaultFactor();
     } else {
@@ -228,7 +184,7 @@ void ViewUser::zoom()
         const double before = scaleOf(view);
         zoomed->scaleView(odd);
         if (scaleOf(view) != before)
-            fail(QStringLiteral("a factor beyond all limits was taken"));
+            fail("a factor beyond all limits was taken");
     }
 }
 
@@ -268,14 +224,14 @@ void ViewUser::gesture()
         perhaps(3, [this] { mishap(); });
         perhaps(3, [this] { show(); });
         perhaps(3, [this] { openOrClose(); });
-        perhaps(3, [this] { wheel(); });
+        perhaps(3, [this] { turnWheel(); });
         perhaps(2, [&] {
             QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
             if (view)
                 QApplication::sendEvent(view, &key);
         });
         if (view)
-            mouse(view, QEvent::MouseMove, from + (to - from) * i / 3, Qt::NoButton);
+            mouse(view, QEvent::MouseMove, from + (to - from) * i / 3);
     }
     if (!view) {
         m_buttons = Qt::NoButton;
@@ -287,19 +243,19 @@ void ViewUser::gesture()
     m_buttons = Qt::NoButton;
     if (button == Qt::LeftButton && view && view->scene()
         && view->dragMode() != QGraphicsView::NoDrag)
-        fail(QStringLiteral("a view is still dragged"));
+        fail("a view is still dragged");
     if (calm && scene && !isEdited(scene) && placesOf(scene) != before)
-        fail(QStringLiteral("a preview was changed by the mouse"));
+        fail("a preview was changed by the mouse");
 }
 
 void ViewUser::hover()
 {
     ZelGraphicsView *const view = anyView();
-    log(QStringLiteral("hover"));
+    log("hover");
     if (!view)
         return;
     for (int i = 0; i < 3; ++i)
-        mouse(view, QEvent::MouseMove, anyPoint(view), Qt::NoButton);
+        mouse(view, QEvent::MouseMove, anyPoint(view));
     const QPoint at = view->mapFromScene(anyPoint(view));
     QHelpEvent help(QEvent::ToolTip, at, view->viewport()->mapToGlobal(at));
     QApplication::sendEvent(view->viewport(), &help);
@@ -311,20 +267,14 @@ void ViewUser::hover()
 
 void ViewUser::contextMenu()
 {
-    ZelGraphicsView *const view = anyView();
-    log(QStringLiteral("ask for a menu"));
-    if (!view)
-        return;
-    const QPoint at = view->mapFromScene(anyPoint(view));
-    QContextMenuEvent event(
-        QContextMenuEvent::Mouse, at, view->viewport()->mapToGlobal(at), Qt::NoModifier);
-    QApplication::sendEvent(view->viewport(), &event);
+    if (ZelGraphicsView *view = anyView())
+        askForMenu(view, anyPoint(view));
 }
 
 void ViewUser::show()
 {
     if (m_dice.chance(25)) {
-        log(QStringLiteral("show another scene"));
+        log("show another scene");
         if (ZelGraphicsView *view = anyView())
             view->setScene(m_dice.chance(80) ? anyScene() : nullptr);
         return;
@@ -335,8 +285,7 @@ void ViewUser::show()
 
 void ViewUser::load(Shown &shown)
 {
-    const QString tag = m_dice.anyOf(
-        QStringList{QStringLiteral("mol"), QStringLiteral("cpx"), QStringLiteral("cpa")});
+    const QString tag = m_dice.anyOf(QStringList{"mol", "cpx", "cpa"});
     const QString id = anyId(tag);
     log(QLatin1String("load ") + id);
     if (auto *preview = qobject_cast<ZelSceneSideWindow *>(shown.scene.get())) {
@@ -350,16 +299,15 @@ void ViewUser::load(Shown &shown)
             loaded = preview->loadCpa(id, m_model.db());
         const bool known = m_model.ids(tag).contains(id);
         if (!m_model.isDamaged() && loaded != known)
-            fail(QStringLiteral("a load answers otherwise than it should"));
+            fail("a load answers otherwise than it should");
         if (loaded && !m_model.isDamaged()
             && QLineF(preview->getSceneRectForAllItems().center(), QPointF()).length() > 12.0)
-            fail(QStringLiteral("a preview is not centred"));
+            fail("a preview is not centred");
     } else if (qobject_cast<ZelSceneMol *>(shown.scene.get())) {
         if (SdcMol *mol = shown.sdc ? shown.sdc->toSdcMol() : nullptr)
-            mol->loadFromDb(anyId(QStringLiteral("mol")), shown.scene.get());
+            mol->loadFromDb(anyId("mol"), shown.scene.get());
     } else {
-        shown.scene->loadSdc(anyId(m_dice.anyOf(
-            QStringList{QStringLiteral("cpx"), QStringLiteral("cpa"), QStringLiteral("cai")})));
+        shown.scene->loadSdc(anyId(m_dice.anyOf(QStringList{"cpx", "cpa", "cai"})));
     }
 }
 
@@ -371,7 +319,7 @@ void ViewUser::pair()
     auto *const view = qobject_cast<ZelGraphicsViewTrn *>(window.view.get());
     if (!view)
         return;
-    log(QStringLiteral("give it a twin"));
+    log("give it a twin");
     auto *const twin = qobject_cast<ZelGraphicsViewTrn *>(anyView());
     window.twin = twin;
     view->setTwinView(twin);
@@ -387,7 +335,7 @@ void ViewUser::pair()
 void ViewUser::openOrClose()
 {
     const bool ofViews = m_dice.chance(50);
-    log(ofViews ? QStringLiteral("open or close a view") : QStringLiteral("open or close a scene"));
+    log(ofViews ? "open or close a view" : "open or close a scene");
     if (ofViews && !m_windows.empty() && (m_windows.size() >= MostWindows || m_dice.chance(40)))
         m_windows.erase(m_windows.begin() + m_dice.below(int(m_windows.size())));
     else if (ofViews)
@@ -462,7 +410,7 @@ void ViewUser::closeScene(std::size_t index)
 void ViewUser::damage()
 {
     const bool mends = m_model.isDamaged();
-    log(mends ? QStringLiteral("mend the model") : QStringLiteral("damage the model"));
+    log(mends ? "mend the model" : "damage the model");
     m_tolerant = true;
     if (mends)
         m_model.mend();
@@ -484,14 +432,13 @@ void ViewUser::pictures()
         zgs::createItem(m_model.db(), size, {}, anyId(m_dice.anyOf(m_model.tags())),
             m_dice.below(20), true, {}, m_dice.chance(50), {}, cache, {}));
     if (!entry || entry->isEditable())
-        fail(QStringLiteral("no entry, or one that can be edited"));
+        fail("no entry, or one that can be edited");
 }
 
 void ViewUser::pictureOfRecord(const QSize &size)
 {
-    const auto [kind, tag] = m_dice.anyOf(QList<QPair<int, QString>>{
-        {zgs::PictureMol, QStringLiteral("mol")}, {zgs::PictureMli, QStringLiteral("mli")},
-        {zgs::PictureCpx, QStringLiteral("cpx")}, {zgs::PictureCpa, QStringLiteral("cpa")}});
+    const auto [kind, tag] = m_dice.anyOf(QList<QPair<int, QString>>{{zgs::PictureMol, "mol"},
+        {zgs::PictureMli, "mli"}, {zgs::PictureCpx, "cpx"}, {zgs::PictureCpa, "cpa"}});
     const QString id = anyId(tag);
     checkPicture(zgs::getPixMapFromSdcPsiimId(id, kind, size, m_model.db()), tag, id, size);
 }
@@ -500,12 +447,10 @@ void ViewUser::pictureOfReaction(const QSize &size, QHash<QString, QPixmap> *cac
 {
     using Draw =
         QPixmap (*)(const QString &, const QSize &, ZelDbSqliteModel *, QHash<QString, QPixmap> *);
-    const auto [draw, tag] = m_dice.anyOf(
-        QList<QPair<Draw, QString>>{{zgs::getPixMapForAssociation, QStringLiteral("cai")},
-            {zgs::getPixMapForDissociation, QStringLiteral("cad")},
-            {zgs::getPixMapForTransformation, QStringLiteral("trn")},
-            {zgs::getPixMapForProduction, QStringLiteral("pdn")},
-            {zgs::getPixMapForDegradation, QStringLiteral("deg")}});
+    const auto [draw, tag] =
+        m_dice.anyOf(QList<QPair<Draw, QString>>{{zgs::getPixMapForAssociation, "cai"},
+            {zgs::getPixMapForDissociation, "cad"}, {zgs::getPixMapForTransformation, "trn"},
+            {zgs::getPixMapForProduction, "pdn"}, {zgs::getPixMapForDegradation, "deg"}});
     const QString id = anyId(tag);
     checkPicture(draw(id, size, m_model.db(), cache), tag, id, size);
 }
@@ -520,20 +465,17 @@ void ViewUser::checkPicture(
         fail(QLatin1String("no picture of a record, or one of none: ") + id);
 }
 
-void ViewUser::mishap()
+std::vector<RandomSession::Act> ViewUser::mishaps()
 {
-    if (m_inMishap)
-        return;
-    m_inMishap = true;
-    if (m_dice.chance(60))
-        destroy();
-    else if (m_dice.chance(50))
-        show();
-    else if (ZelScene *scene = anyScene()) {
-        log(QStringLiteral("remove all items"));
-        scene->removeAllItems();
-    }
-    m_inMishap = false;
+    return {
+        {60, [this] { destroy(); }},
+        {20, [this] { show(); }},
+        {20,
+            [this] {
+                if (ZelScene *scene = anyScene())
+                    scene->removeAllItems();
+            }},
+    };
 }
 
 // In the middle of a menu the scene itself may go.
@@ -543,7 +485,7 @@ void ViewUser::interrupt()
         mishap();
         return;
     }
-    log(QStringLiteral("close a scene by the way"));
+    log("close a scene by the way");
     closeScene(static_cast<std::size_t>(m_dice.below(int(m_scenes.size()))));
 }
 
@@ -562,22 +504,21 @@ void ViewUser::destroy()
     ZelEllipseItem *const ellipse = ZelGItem::toZelEllipseItem(victim);
     Sdc *const sdc = ellipse ? ellipse->getSdc() : nullptr;
     if (sdc && m_dice.chance(50)) {
-        log(QStringLiteral("destroy a component"));
+        log("destroy a component");
         delete sdc;
     } else {
-        log(QStringLiteral("destroy an item"));
+        log("destroy an item");
         delete victim;
     }
 }
 
 void ViewUser::check()
 {
-    checkLines();
     for (const Window &window : m_windows) {
         const QTransform t = window.view->transform();
         if (!(t.m11() > 0.0) || !std::isfinite(t.m11()) || t.m11() != t.m22() || t.m12() != 0.0
             || t.m21() != 0.0)
-            fail(QStringLiteral("a view is turned, mirrored or without size"));
+            fail("a view is turned, mirrored or without size");
     }
     for (const Shown &shown : m_scenes)
         checkScene(shown.scene.get());
@@ -586,16 +527,7 @@ void ViewUser::check()
         if (!drawn)
             drawn = item->asLineItem();
         if (drawn && !drawn->scene())
-            fail(QStringLiteral("an item in no scene"));
-    }
-}
-
-void ViewUser::checkLines()
-{
-    const QStringList lines = ZelTest::takeDebugLines();
-    for (const QString &line : lines) {
-        if (!m_tolerant && !isExpected(line))
-            fail(QLatin1String("unexpected line: ") + line);
+            fail("an item in no scene");
     }
 }
 
@@ -606,27 +538,14 @@ void ViewUser::checkScene(ZelScene *scene)
     for (QGraphicsItem *item : items) {
         ZelEllipseItem *const ellipse = ZelGItem::toZelEllipseItem(item);
         if (preview && ellipse && ellipse->getSdc())
-            fail(QStringLiteral("a preview has kept a component"));
+            fail("a preview has kept a component");
         ZelLineItem *const line = ZelGItem::toZelLineItem(item);
         ZelLineItemBstBst *const bondLine = line ? line->asLineItemBstBst() : nullptr;
         if (bondLine && bondLine->isVisible() && !endsAtSites(bondLine))
-            fail(QStringLiteral("the line of a bond ends nowhere"));
+            fail("the line of a bond ends nowhere");
     }
     if (preview && scene->sceneRect() != QRectF(-100.0, -100.0, 200.0, 200.0))
-        fail(QStringLiteral("the rectangle of a preview has changed"));
-}
-
-void ViewUser::mouse(
-    QGraphicsView *view, QEvent::Type type, const QPointF &pos, Qt::MouseButton button)
-{
-    QWidget *const viewport = view->viewport();
-    const QPointF at = view->mapFromScene(pos);
-    if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick)
-        m_buttons |= button;
-    else if (type == QEvent::MouseButtonRelease)
-        m_buttons &= ~Qt::MouseButtons(button);
-    QMouseEvent event(type, at, viewport->mapToGlobal(at), button, m_buttons, Qt::NoModifier);
-    QApplication::sendEvent(viewport, &event);
+        fail("the rectangle of a preview has changed");
 }
 
 QPointF ViewUser::anyPoint(QGraphicsView *view)
@@ -656,21 +575,5 @@ QString ViewUser::anyId(const QString &tag)
     if (m_dice.chance(85))
         return m_dice.anyOf(m_model.ids(tag));
     m_tolerant = true;
-    return m_dice.anyOf(QStringList{QString(), QStringLiteral("none99"), tag});
-}
-
-void ViewUser::fail(const QString &what)
-{
-    if (m_failure.isEmpty())
-        m_failure = QStringLiteral("seed %1, step %2: %3\nthe last actions:\n%4")
-                        .arg(m_seed)
-                        .arg(m_step)
-                        .arg(what, m_log.join(u'\n'));
-}
-
-void ViewUser::log(const QString &action)
-{
-    m_log.append(QStringLiteral("%1: %2").arg(m_step).arg(action));
-    if (m_log.size() > LogLength)
-        m_log.removeFirst();
+    return m_dice.anyOf(QStringList{QString(), "none99", tag});
 }

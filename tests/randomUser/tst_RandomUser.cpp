@@ -25,71 +25,50 @@ class tst_RandomUser : public ZelTest
     Q_OBJECT
 
 private slots:
-    void staysConsistent_data()
+    void sceneStaysConsistent_data()
     {
-        QTest::addColumn<SceneHost::Kind>("kind");
-        QTest::addColumn<int>("seed");
-        const int seed = environmentInt("ZEL_RANDOM_SEED", 0);
-        const int seeds = seed > 0 ? 1 : 2;
-        for (int i = 0; i < seeds; ++i) {
-            const int s = seed > 0 ? seed : i + 1;
-            QTest::addRow("one molecule, seed %d", s) << SceneHost::OneMolecule << s;
-            QTest::addRow("loose molecules, seed %d", s) << SceneHost::LooseMolecules << s;
-            QTest::addRow("a complex, seed %d", s) << SceneHost::Complex << s;
-        }
+        addRows<SceneHost::Kind>({{"one molecule", SceneHost::OneMolecule},
+            {"loose molecules", SceneHost::LooseMolecules}, {"a complex", SceneHost::Complex}});
     }
-
-    void staysConsistent()
+    void sceneStaysConsistent()
     {
         QFETCH(SceneHost::Kind, kind);
-        QFETCH(int, seed);
-        play<RandomUser>(seed, kind);
+        play<RandomUser>(kind);
     }
 
     void editingStaysConsistent_data()
     {
-        QTest::addColumn<EditingUser::Kind>("kind");
-        QTest::addColumn<int>("seed");
-        const int seed = environmentInt("ZEL_RANDOM_SEED", 0);
-        const int seeds = seed > 0 ? 1 : 2;
-        for (int i = 0; i < seeds; ++i) {
-            const int s = seed > 0 ? seed : i + 1;
-            QTest::addRow("a complex, seed %d", s) << EditingUser::Complex << s;
-            QTest::addRow("a passing complex, seed %d", s) << EditingUser::TemporaryComplex << s;
-            QTest::addRow("a molecule interaction, seed %d", s)
-                << EditingUser::MoleculeInteraction << s;
-            QTest::addRow("a complex interaction, seed %d", s)
-                << EditingUser::ComplexInteraction << s;
-        }
+        addRows<EditingUser::Kind>({{"a complex", EditingUser::Complex},
+            {"a passing complex", EditingUser::TemporaryComplex},
+            {"a molecule interaction", EditingUser::MoleculeInteraction},
+            {"a complex interaction", EditingUser::ComplexInteraction}});
     }
-
     void editingStaysConsistent()
     {
         QFETCH(EditingUser::Kind, kind);
-        QFETCH(int, seed);
-        play<EditingUser>(seed, kind);
+        play<EditingUser>(kind);
     }
 
-    void viewsStayConsistent_data()
+    void viewsStayConsistent_data() { addRows<int>({{"views", 0}}); }
+    void viewsStayConsistent() { play<ViewUser>(); }
+
+private:
+    template <typename Kind>
+    static void addRows(std::initializer_list<std::pair<const char *, Kind>> kinds)
     {
+        QTest::addColumn<Kind>("kind");
         QTest::addColumn<int>("seed");
-        const int seed = environmentInt("ZEL_RANDOM_SEED", 0);
-        for (int i = 0; i < (seed > 0 ? 1 : 2); ++i) {
-            const int s = seed > 0 ? seed : i + 1;
-            QTest::addRow("views, seed %d", s) << s;
+        const int chosen = environmentInt("ZEL_RANDOM_SEED", 0);
+        for (const int seed : chosen > 0 ? QList<int>{chosen} : QList<int>{1, 2}) {
+            for (const auto &[name, kind] : kinds)
+                QTest::addRow("%s, seed %d", name, seed) << kind << seed;
         }
     }
 
-    void viewsStayConsistent()
+    template <typename User, typename... Kind>
+    void play(Kind... kind)
     {
         QFETCH(int, seed);
-        play<ViewUser>(seed);
-    }
-
-private:
-    template <typename User, typename... Kind>
-    void play(int seed, Kind... kind)
-    {
         const int steps = environmentInt("ZEL_RANDOM_STEPS", 1000);
         auto sessionSeed = static_cast<quint32>(seed);
         for (int done = 0; done < steps; done += SessionLength, sessionSeed += NextSession) {

@@ -75,104 +75,100 @@ class tst_EditingUndo : public ZelTest
 {
     Q_OBJECT
 private slots:
-    void complex();
-    void moleculeInteraction();
-    void complexInteraction();
-    void restoringIsNoChange();
-};
-
-void tst_EditingUndo::complex()
-{
-    EditingModel model;
-    SdcCpx cpx(model.db());
-    ZelSceneCpx scene;
-    scene.setZelDbSqliteModel(model.db());
-    scene.setSdc(&cpx);
-    Hands user(&scene);
-    History history(&scene);
-    SdcMol *const a = scene.addMolFromDb(model.molA(), {-200.0, 0.0});
-    SdcMol *const b = scene.addMolFromDb(model.molB(), {100.0, 0.0});
-    SdcMol *const other = scene.addMolFromDb(model.molB(), {100.0, 150.0});
-    QVERIFY(scene.drawBond(siteOf(a, "a1"), siteOf(b, "b1")));
-    QVERIFY(scene.drawBond(siteOf(b, "b2"), siteOf(other, "b2")));
-    QVERIFY(user.choose(Hands::centreOf(siteOf(a, "a2")), QStringLiteral("Unbound")));
-    QVERIFY(user.choose(a->getSdcMcpAtIndex(0)->getListSticky().at(1)->sceneBoundingRect().center(),
-        QStringLiteral("Off")));
-    const QPointF from = Hands::centreOf(other->getSdcMcpAtIndex(0));
-    user.drag(from, from + QPointF(-60.0, 20.0));
-    QVERIFY(scene.rotateUnit(a, 90.0));
-    scene.removeUnit(b);
-    scene.removeUnit(a);
-    QCOMPARE(history.steps(), 11);
-    for (int i = 0; i < 2; ++i) // the second time through molecules that were made anew
-        QCOMPARE(history.walk(&cpx), QString());
-}
-
-void tst_EditingUndo::moleculeInteraction()
-{
-    EditingModel model;
-    SdcMli mli(model.db());
-    ZelSceneMli scene;
-    scene.setZelDbSqliteModel(model.db());
-    scene.setSdc(&mli);
-    History history(&scene);
-    SdcMol *const a = scene.addMolFromDb(model.molA(), {-200.0, 0.0});
-    SdcMol *const b = scene.addMolFromDb(model.molB(), {100.0, 0.0});
-    scene.removeBond(scene.drawBond(siteOf(a, "a1"), siteOf(b, "b1")));
-    scene.removeBond(scene.drawBond(siteOf(b, "b1"), siteOf(a, "a1")));
-    QVERIFY(scene.drawBond(siteOf(a, "a2"), siteOf(b, "b1")));
-    scene.removeUnit(b);
-    QCOMPARE(history.steps(), 8);
-    QCOMPARE(history.jump(3, 5, &mli), QString()); // the same bond, drawn the other way round
-    for (int i = 0; i < 2; ++i)
-        QCOMPARE(history.walk(&mli), QString());
-}
-
-void tst_EditingUndo::complexInteraction()
-{
-    EditingModel model;
-    QStringList aliases;
-    for (const QString &mol : {model.molA(), model.molB()}) {
-        ZelSceneCpx single;
-        single.setZelDbSqliteModel(model.db());
-        single.addMolFromDb(mol, {0.0, 0.0});
-        QVERIFY(single.getSdcCpx()->saveToDbCpx() && single.getSdcCpx()->saveToDbCpa());
-        aliases.append(single.getSdcCpx()->getProperty(SdcProperty::CpaPsiimId));
+    void complex()
+    {
+        EditingModel model;
+        SdcCpx cpx(model.db());
+        ZelSceneCpx scene;
+        scene.setZelDbSqliteModel(model.db());
+        scene.setSdc(&cpx);
+        Hands user(&scene);
+        History history(&scene);
+        SdcMol *const a = scene.addMolFromDb(model.molA(), {-200.0, 0.0});
+        SdcMol *const b = scene.addMolFromDb(model.molB(), {100.0, 0.0});
+        SdcMol *const other = scene.addMolFromDb(model.molB(), {100.0, 150.0});
+        QVERIFY(scene.drawBond(siteOf(a, "a1"), siteOf(b, "b1")));
+        QVERIFY(scene.drawBond(siteOf(b, "b2"), siteOf(other, "b2")));
+        QVERIFY(user.choose(Hands::centreOf(siteOf(a, "a2")), "Unbound"));
+        QVERIFY(user.choose(
+            a->getSdcMcpAtIndex(0)->getListSticky().at(1)->sceneBoundingRect().center(), "Off"));
+        const QPointF from = Hands::centreOf(other->getSdcMcpAtIndex(0));
+        user.drag(from, from + QPointF(-60.0, 20.0));
+        QVERIFY(scene.rotateUnit(a, 90.0));
+        scene.removeUnit(b);
+        scene.removeUnit(a);
+        QCOMPARE(history.steps(), 11);
+        for (int i = 0; i < 2; ++i) // the second time through molecules that were made anew
+            QCOMPARE(history.walk(&cpx), QString());
     }
-    SdcCxi cxi(model.db());
-    ZelSceneCxi scene;
-    scene.setZelDbSqliteModel(model.db());
-    scene.setSdc(&cxi);
-    History history(&scene);
-    SdcCpx *const a = scene.addCpaFromDb(aliases.at(0), {-200.0, 0.0});
-    SdcCpx *const b = scene.addCpaFromDb(aliases.at(1), {100.0, 0.0});
-    QVERIFY(scene.drawBond(
-        siteOf(a->getListSdcMol().at(0), "a1"), siteOf(b->getListSdcMol().at(0), "b1")));
-    QVERIFY(scene.drawBond(
-        siteOf(a->getListSdcMol().at(0), "a2"), siteOf(b->getListSdcMol().at(0), "b1")));
-    scene.removeUnit(a);
-    scene.removeUnit(b);
-    QCOMPARE(history.steps(), 6);
-    for (int i = 0; i < 2; ++i)
-        QCOMPARE(history.walk(&cxi), QString());
-    QVERIFY(!scene.getResultSdcCpx());
-}
 
-void tst_EditingUndo::restoringIsNoChange()
-{
-    EditingModel model;
-    ZelSceneCpx scene;
-    scene.setZelDbSqliteModel(model.db());
-    SdcMol *const a = scene.addMolFromDb(model.molA(), {0.0, 0.0});
-    const ZelSceneState state = ZelSceneState::take(&scene);
-    scene.removeUnit(a);
-    QSignalSpy begun(&scene, &ZelScene::signal_changeBegin);
-    QSignalSpy changed(&scene, &ZelScene::signal_changed);
-    QVERIFY(state.restore(&scene));
-    QVERIFY(begun.isEmpty());
-    QCOMPARE(changed.size(), 1);
-    QVERIFY(scene.getSdcCpx()->getListSdcBst().at(0)->getZelEllipseItemBst()->getBindStatusItem());
-}
+    void moleculeInteraction()
+    {
+        EditingModel model;
+        SdcMli mli(model.db());
+        ZelSceneMli scene;
+        scene.setZelDbSqliteModel(model.db());
+        scene.setSdc(&mli);
+        History history(&scene);
+        SdcMol *const a = scene.addMolFromDb(model.molA(), {-200.0, 0.0});
+        SdcMol *const b = scene.addMolFromDb(model.molB(), {100.0, 0.0});
+        scene.removeBond(scene.drawBond(siteOf(a, "a1"), siteOf(b, "b1")));
+        scene.removeBond(scene.drawBond(siteOf(b, "b1"), siteOf(a, "a1")));
+        QVERIFY(scene.drawBond(siteOf(a, "a2"), siteOf(b, "b1")));
+        scene.removeUnit(b);
+        QCOMPARE(history.steps(), 8);
+        QCOMPARE(history.jump(3, 5, &mli), QString()); // the same bond, drawn the other way round
+        for (int i = 0; i < 2; ++i)
+            QCOMPARE(history.walk(&mli), QString());
+    }
+
+    void complexInteraction()
+    {
+        EditingModel model;
+        QStringList aliases;
+        for (const QString &mol : {model.molA(), model.molB()}) {
+            ZelSceneCpx single;
+            single.setZelDbSqliteModel(model.db());
+            single.addMolFromDb(mol, {0.0, 0.0});
+            QVERIFY(single.getSdcCpx()->saveToDbCpx() && single.getSdcCpx()->saveToDbCpa());
+            aliases.append(single.getSdcCpx()->getProperty(SdcProperty::CpaPsiimId));
+        }
+        SdcCxi cxi(model.db());
+        ZelSceneCxi scene;
+        scene.setZelDbSqliteModel(model.db());
+        scene.setSdc(&cxi);
+        History history(&scene);
+        SdcCpx *const a = scene.addCpaFromDb(aliases.at(0), {-200.0, 0.0});
+        SdcCpx *const b = scene.addCpaFromDb(aliases.at(1), {100.0, 0.0});
+        QVERIFY(scene.drawBond(
+            siteOf(a->getListSdcMol().at(0), "a1"), siteOf(b->getListSdcMol().at(0), "b1")));
+        QVERIFY(scene.drawBond(
+            siteOf(a->getListSdcMol().at(0), "a2"), siteOf(b->getListSdcMol().at(0), "b1")));
+        scene.removeUnit(a);
+        scene.removeUnit(b);
+        QCOMPARE(history.steps(), 6);
+        for (int i = 0; i < 2; ++i)
+            QCOMPARE(history.walk(&cxi), QString());
+        QVERIFY(!scene.getResultSdcCpx());
+    }
+
+    void restoringIsNoChange()
+    {
+        EditingModel model;
+        ZelSceneCpx scene;
+        scene.setZelDbSqliteModel(model.db());
+        SdcMol *const a = scene.addMolFromDb(model.molA(), {0.0, 0.0});
+        const ZelSceneState state = ZelSceneState::take(&scene);
+        scene.removeUnit(a);
+        QSignalSpy begun(&scene, &ZelScene::signal_changeBegin);
+        QSignalSpy changed(&scene, &ZelScene::signal_changed);
+        QVERIFY(state.restore(&scene));
+        QVERIFY(begun.isEmpty());
+        QCOMPARE(changed.size(), 1);
+        QVERIFY(
+            scene.getSdcCpx()->getListSdcBst().at(0)->getZelEllipseItemBst()->getBindStatusItem());
+    }
+};
 
 ZEL_TEST(tst_EditingUndo)
 #include "tst_EditingUndo.moc"

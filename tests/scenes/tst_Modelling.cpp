@@ -63,60 +63,59 @@ class tst_Modelling : public ZelTest
 {
     Q_OBJECT
 private slots:
-    void ringIsFoundAgainAndAssociates();
-};
+    void ringIsFoundAgainAndAssociates()
+    {
+        EditingModel model;
+        ZelDbSqliteModel *const db = model.db();
+        Drawing four(&model, {0, 1, 2, 3});
+        QVERIFY(four.isGood() && four.cpx()->hasRingStructure());
+        QVERIFY(four.save());
+        Drawing again(&model, {3, 2, 0, 1});
+        QVERIFY(again.isGood());
+        QVERIFY(again.save());
+        QCOMPARE(again.cpx()->getPsiimId(), four.cpx()->getPsiimId());
+        QCOMPARE(again.alias(), four.alias());
+        QCOMPARE(db->cpxGetListPsiimId().size(), 1);
 
-void tst_Modelling::ringIsFoundAgainAndAssociates()
-{
-    EditingModel model;
-    ZelDbSqliteModel *const db = model.db();
-    Drawing four(&model, {0, 1, 2, 3});
-    QVERIFY(four.isGood() && four.cpx()->hasRingStructure());
-    QVERIFY(four.save());
-    Drawing again(&model, {3, 2, 0, 1});
-    QVERIFY(again.isGood());
-    QVERIFY(again.save());
-    QCOMPARE(again.cpx()->getPsiimId(), four.cpx()->getPsiimId());
-    QCOMPARE(again.alias(), four.alias());
-    QCOMPARE(db->cpxGetListPsiimId().size(), 1);
+        Drawing five(&model, {4, 2, 1, 3, 0});
+        QVERIFY(five.isGood());
+        QVERIFY(five.save());
+        ZelSceneCpx single;
+        single.setZelDbSqliteModel(db);
+        single.addMolFromDb(model.molB(), {});
+        QVERIFY(single.getSdcCpx()->saveToDbCpx() && single.getSdcCpx()->saveToDbCpa());
 
-    Drawing five(&model, {4, 2, 1, 3, 0});
-    QVERIFY(five.isGood());
-    QVERIFY(five.save());
-    ZelSceneCpx single;
-    single.setZelDbSqliteModel(db);
-    single.addMolFromDb(model.molB(), {});
-    QVERIFY(single.getSdcCpx()->saveToDbCpx() && single.getSdcCpx()->saveToDbCpa());
-
-    ZelSceneCxi scene;
-    scene.setZelDbSqliteModel(db);
-    Hands user(&scene);
-    QVERIFY(user.drop(QLatin1String("cpa;") + four.alias(), {-100.0, 0.0}));
-    QVERIFY(
-        user.drop(QLatin1String("cpa;") + single.getSdcCpx()->getProperty(SdcProperty::CpaPsiimId),
+        ZelSceneCxi scene;
+        scene.setZelDbSqliteModel(db);
+        Hands user(&scene);
+        QVERIFY(user.drop(QLatin1String("cpa;") + four.alias(), {-100.0, 0.0}));
+        QVERIFY(user.drop(
+            QLatin1String("cpa;") + single.getSdcCpx()->getProperty(SdcProperty::CpaPsiimId),
             {250.0, 0.0}));
-    SdcCpx *const first = scene.getSdcCxi()->getSdcCpxAtPosIndex(0);
-    SdcMol *const other = scene.getSdcCxi()->getSdcCpxAtPosIndex(1)->getChildMolList().first();
-    // From B to the A that holds it, and on to the next one of the ring.
-    const auto across = [first](SdcMol *mol, const char *site) {
-        return first->getPartnerSdcBstFromBstBstCpx(siteOf(mol, site))->getParentSdcMol();
-    };
-    SdcMol *held = nullptr;
-    for (SdcMol *mol : first->getChildMolList()) {
-        if (mol->getPsiimId() == model.molB())
-            held = across(mol, "b1");
+        SdcCpx *const first = scene.getSdcCxi()->getSdcCpxAtPosIndex(0);
+        SdcMol *const other = scene.getSdcCxi()->getSdcCpxAtPosIndex(1)->getChildMolList().first();
+        // From B to the A that holds it, and on to the next one of the ring.
+        const auto across = [first](SdcMol *mol, const char *site) {
+            return first->getPartnerSdcBstFromBstBstCpx(siteOf(mol, site))->getParentSdcMol();
+        };
+        SdcMol *held = nullptr;
+        for (SdcMol *mol : first->getChildMolList()) {
+            if (mol->getPsiimId() == model.molB())
+                held = across(mol, "b1");
+        }
+        QVERIFY(held);
+        SdcBst *const from = siteOf(across(held, "a1"), "a3");
+        user.drag(Hands::centreOf(from), Hands::centreOf(siteOf(other, "b1")));
+        SdcBstBstCxi *const bond = scene.getCurrentBond();
+        QVERIFY(bond && bond->hasSdcBst(from));
+        QCOMPARE(bond->getResultCpxFingerPrint(), db->cpxGetFingerPrint(five.cpx()->getPsiimId()));
+        QCOMPARE(scene.getResultSdcCpx()->getCpxFingerPrint(), bond->getResultCpxFingerPrint());
+        bond->setResultCpxAliasPsiimId(five.alias());
+        QVERIFY(scene.getSdcCxi()->saveToDb());
+        QCOMPARE(
+            db->caiGetHashInfo(bond->getPsiimId()).value(ZelDbColumn::CaiResultCpa), five.alias());
     }
-    QVERIFY(held);
-    SdcBst *const from = siteOf(across(held, "a1"), "a3");
-    user.drag(Hands::centreOf(from), Hands::centreOf(siteOf(other, "b1")));
-    SdcBstBstCxi *const bond = scene.getCurrentBond();
-    QVERIFY(bond && bond->hasSdcBst(from));
-    QCOMPARE(bond->getResultCpxFingerPrint(), db->cpxGetFingerPrint(five.cpx()->getPsiimId()));
-    QCOMPARE(scene.getResultSdcCpx()->getCpxFingerPrint(), bond->getResultCpxFingerPrint());
-    bond->setResultCpxAliasPsiimId(five.alias());
-    QVERIFY(scene.getSdcCxi()->saveToDb());
-    QCOMPARE(db->caiGetHashInfo(bond->getPsiimId()).value(ZelDbColumn::CaiResultCpa), five.alias());
-}
+};
 
 ZEL_TEST(tst_Modelling)
 #include "tst_Modelling.moc"

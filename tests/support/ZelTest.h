@@ -49,9 +49,9 @@ protected:
     /// Whether that is the present row's name, where the rows differ by more than values.
     static bool isRow(const char *name);
 
-protected slots: // called by overrides
-    void init();
-    void cleanup();
+protected slots: // overrides call them
+    virtual void init();
+    virtual void cleanup();
 };
 
 /// Stands once, at the end of each tst_*.cpp, which then includes its own .moc file.

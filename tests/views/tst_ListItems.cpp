@@ -34,31 +34,20 @@ class tst_ListItems : public ZelTest
 private slots:
     void describesEachKind_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("psiimId");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<bool>("hasIcon");
-        QTest::newRow("molecule") << 2 << "mol1"
-                                  << "Molecule: L" << false;
-        QTest::newRow("molecule interaction") << 3 << "mli1"
-                                              << "Molecule Interaction: L-R" << false;
-        QTest::newRow("complex species") << 4 << "cpx1"
-                                         << "Complex Species: L" << false;
-        QTest::newRow("complex with a degradation")
-            << 13 << "cpa1"
-            << "Complex: L  - - ( degradation rate: 0.25/s )" << false;
-        QTest::newRow("complex without") << 13 << "cpa2"
-                                         << "Complex: R" << false;
-        QTest::newRow("production") << 18 << "pdn1"
-                                    << "Production: make  - - ( m=1, n=2, k=0.5 )" << true;
-        QTest::newRow("transformation")
-            << 6 << "trn1"
-            << "Transformation: switch  - - ( rate: 1.00e+00 /s )" << true;
-        QTest::newRow("association")
-            << 15 << "cai1"
-            << "Association: bind  - - ( rate: 1.00e-03 /M/s, 3D )" << true;
-        QTest::newRow("dissociation") << 14 << "cad1"
-                                      << "Dissociation: part  - - ( rate: 2.00e+00 /s )" << true;
+        rows<int, QString, QString, bool>({"kind", "psiimId", "expected", "hasIcon"},
+            {{"molecule", {2, "mol1", "Molecule: L", false}},
+                {"molecule interaction", {3, "mli1", "Molecule Interaction: L-R", false}},
+                {"complex species", {4, "cpx1", "Complex Species: L", false}},
+                {"complex with a degradation",
+                    {13, "cpa1", "Complex: L  - - ( degradation rate: 0.25/s )", false}},
+                {"complex without", {13, "cpa2", "Complex: R", false}},
+                {"production", {18, "pdn1", "Production: make  - - ( m=1, n=2, k=0.5 )", true}},
+                {"transformation",
+                    {6, "trn1", "Transformation: switch  - - ( rate: 1.00e+00 /s )", true}},
+                {"association",
+                    {15, "cai1", "Association: bind  - - ( rate: 1.00e-03 /M/s, 3D )", true}},
+                {"dissociation",
+                    {14, "cad1", "Dissociation: part  - - ( rate: 2.00e+00 /s )", true}}});
     }
     void describesEachKind()
     {
@@ -170,17 +159,11 @@ private slots:
 
     void reportsUnknownRecords_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("molecule") << 2 << "Molecule: "
-                                  << "zgs::createItem()";
-        QTest::newRow("complex") << 13 << "Complex: "
-                                 << "zgs::createItem()";
-        QTest::newRow("association") << 15 << "Association: "
-                                     << "zgs::getPixMapForAssociation(";
-        QTest::newRow("no kind") << 99 << ""
-                                 << "zgs::createItem()";
+        rows<int, QString, QString>({"kind", "expected", "message"},
+            {{"molecule", {2, "Molecule: ", "zgs::createItem()"}},
+                {"complex", {13, "Complex: ", "zgs::createItem()"}},
+                {"association", {15, "Association: ", "zgs::getPixMapForAssociation("}},
+                {"no kind", {99, "", "zgs::createItem()"}}});
     }
     void reportsUnknownRecords()
     {

@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QSvgRenderer>
 
 #include <algorithm>
 #include <cmath>
@@ -75,15 +74,12 @@ class tst_Pictures : public ZelTest
 private slots:
     void showsARecord_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("psiimId");
-        QTest::addColumn<QList<QColor>>("colors");
         const QColor yellow(ReactionStage::Yellow);
         const QColor blue(ReactionStage::Blue);
-        QTest::newRow("molecule") << 0 << "mol1" << QList<QColor>{yellow};
-        QTest::newRow("molecule by any other number") << 2 << "mol2" << QList<QColor>{blue};
-        QTest::newRow("complex") << 5 << "LR" << QList<QColor>{yellow, blue};
-        QTest::newRow("alias") << 6 << "LR" << QList<QColor>{yellow, blue};
+        rows<int, QString, QList<QColor>>({"kind", "psiimId", "colors"},
+            {{"molecule", {0, "mol1", {yellow}}},
+                {"molecule by any other number", {2, "mol2", {blue}}},
+                {"complex", {5, "LR", {yellow, blue}}}, {"alias", {6, "LR", {yellow, blue}}}});
     }
     void showsARecord()
     {
@@ -104,10 +100,9 @@ private slots:
     /// Grown by a tenth and centred: the drawing is 1/1.1 of the side that it fills.
     void fitsTheDrawing_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("wide") << QSize(220, 20);
-        QTest::newRow("tall") << QSize(40, 220);
-        QTest::newRow("the same ratio") << QSize(140, 40);
+        rows<QSize>({"size"},
+            {{"wide", {QSize(220, 20)}}, {"tall", {QSize(40, 220)}},
+                {"the same ratio", {QSize(140, 40)}}});
     }
     void fitsTheDrawing()
     {
@@ -173,15 +168,6 @@ private slots:
             x += std::abs(width);
         }
         QCOMPARE(picture.size(), QSize(x, Size.height()));
-    }
-
-    void showsStatesOfSpecies()
-    {
-        ReactionStage stage;
-        const QPixmap picture =
-            zgs::getPixMapForTransformation(text("trn1"), Size, &stage.db, nullptr);
-        QVERIFY(picture.copy(columns(0, 100)).toImage()
-            != picture.copy(columns(100 + Operator, 100)).toImage());
     }
 
     void aSourceMayBeNothing()
@@ -330,13 +316,6 @@ private slots:
                 QCOMPARE(read.pixel(x, y), qUnpremultiply(drawn.pixel(x, y)));
         }
         QVERIFY(zgs::getPngFromPixMap(QPixmap()).isEmpty());
-    }
-
-    void theProductionIconIsPartOfTheLibrary()
-    {
-        QSvgRenderer renderer(text(":/zelModelSupport/images/Production_Icon.svg"));
-        QVERIFY(renderer.isValid());
-        QVERIFY(!renderer.defaultSize().isEmpty());
     }
 };
 

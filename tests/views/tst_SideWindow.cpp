@@ -1,17 +1,14 @@
 #include "ReactionStage.h"
 
+#include "support/ZelHands.h"
 #include "support/ZelTest.h"
 
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
-#include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelSceneSideWindow.h"
 
-#include <QApplication>
-#include <QGraphicsView>
 #include <QLineF>
-#include <QMouseEvent>
 
 namespace {
 
@@ -30,16 +27,6 @@ QList<int> counts(const QGraphicsScene &scene)
         list[2] += dynamic_cast<ZelLineItemBstBst *>(item) && item->isVisible() ? 1 : 0;
     }
     return list;
-}
-
-QList<int> stickyStates(const QGraphicsScene &scene)
-{
-    QList<int> states;
-    for (QGraphicsItem *item : scene.items()) {
-        if (ZelRectItemMcpSticky *sticky = ZelGItem::toZelRectItemMcpSticky(item))
-            states.append(sticky->getStateType());
-    }
-    return states;
 }
 
 } // namespace
@@ -67,16 +54,6 @@ private slots:
         QCOMPARE(scene.sceneRect(), QRectF(-100.0, -100.0, 200.0, 200.0));
     }
 
-    void showsTheStatesOfAnAlias()
-    {
-        ReactionStage stage;
-        ZelSceneSideWindow scene;
-        QVERIFY(scene.loadCpa(stage.cpaR, &stage.db));
-        QCOMPARE(stickyStates(scene), QList<int>{ComponentStateOn});
-        QVERIFY(scene.loadCpa(stage.cpaRp, &stage.db));
-        QCOMPARE(stickyStates(scene), QList<int>{ComponentStateOff});
-    }
-
     void showsBindingStatusesWhereAllowed()
     {
         ReactionStage stage;
@@ -90,14 +67,11 @@ private slots:
 
     void drawsWithoutAUsableLayout_data()
     {
-        QTest::addColumn<QString>("layout");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("none") << QString() << QStringLiteral("has no place in the layout");
-        QTest::newRow("no XML") << QStringLiteral("<schema><mol") << QStringLiteral("not readable");
-        QTest::newRow("another element")
-            << QStringLiteral("<schema><cel/></schema>") << QStringLiteral("has no place");
-        QTest::newRow("no rectangle")
-            << QStringLiteral("<schema><mol/></schema>") << QStringLiteral("has no place");
+        rows<QString, QString>({"layout", "message"},
+            {{"none", {QString(), "has no place in the layout"}},
+                {"no XML", {"<schema><mol", "not readable"}},
+                {"another element", {"<schema><cel/></schema>", "has no place"}},
+                {"no rectangle", {"<schema><mol/></schema>", "has no place"}}});
     }
     void drawsWithoutAUsableLayout()
     {
@@ -125,13 +99,12 @@ private slots:
         QVERIFY(!takeDebugLines().filter(unknown).isEmpty());
         QVERIFY(!scene.loadCpa(unknown, &stage.db));
         QCOMPARE(takeDebugLines(),
-            QStringList{QStringLiteral(
-                "Error found at bool ZelSceneSideWindow::loadCpa(const QString & psiimId, "
-                "ZelDbSqliteModel * db) \"none9\" no such alias")});
+            QStringList{"Error found at bool ZelSceneSideWindow::loadCpa(const QString & psiimId, "
+                        "ZelDbSqliteModel * db) \"none9\" no such alias"});
         QVERIFY(!scene.loadMol(stage.molL, nullptr));
         QVERIFY(!scene.loadCpx(stage.cpxLR, nullptr));
         QVERIFY(!scene.loadCpa(stage.cpaL, nullptr));
-        QCOMPARE(takeDebugLines().filter(QStringLiteral("no database")).size(), 3);
+        QCOMPARE(takeDebugLines().filter("no database").size(), 3);
     }
 
     void showsWhatIsLeftOfADamagedComplex()
@@ -142,7 +115,7 @@ private slots:
         ZelSceneSideWindow scene;
         QVERIFY(scene.loadCpx(stage.cpxLR, &stage.db));
         QCOMPARE(counts(scene), (QList<int>{2, 2, 0}));
-        QVERIFY(!takeDebugLines().filter(QStringLiteral("no such molecule")).isEmpty());
+        QVERIFY(!takeDebugLines().filter("no such molecule").isEmpty());
     }
 
     /// The components are gone, their drawings are still pressed and dragged by users.
@@ -150,27 +123,18 @@ private slots:
     {
         ReactionStage stage;
         ZelSceneSideWindow scene;
-        QGraphicsView view(&scene);
-        view.resize(400, 400);
-        view.show();
+        ZelHands user(&scene);
         QVERIFY(scene.loadCpx(stage.cpxLR, &stage.db));
-        QPoint at;
+        QPointF at;
         for (QGraphicsItem *item : scene.items()) {
             if (ZelGItem::toZelEllipseItemMcp(item))
-                at = view.mapFromScene(item->scenePos());
+                at = item->scenePos();
         }
-        const QPointF global = view.viewport()->mapToGlobal(QPointF(at));
-        QMouseEvent press(
-            QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(view.viewport(), &press);
-        QMouseEvent move(QEvent::MouseMove, at + QPointF(9, 9), global + QPointF(9, 9),
-            Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(view.viewport(), &move);
+        user.press(at);
+        user.move(at + QPointF(9, 9));
         QVERIFY(scene.loadMol(stage.molL, &stage.db));
-        QApplication::sendEvent(view.viewport(), &move);
-        QMouseEvent release(
-            QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(view.viewport(), &release);
+        user.move(at + QPointF(9, 9));
+        user.release(at);
         QCOMPARE(counts(scene), (QList<int>{1, 1, 0}));
         QVERIFY2(isCentred(scene), "the drag of the drawing before does not move this one");
     }

@@ -58,26 +58,6 @@ private slots:
         QCOMPARE(f.model.mliGetHashInfo(text("mli1")).value(C::Name), QString());
     }
 
-    void complexRowsComeInStoredOrder()
-    {
-        DbFixture f;
-        QVERIFY(f.addComplex());
-        const QString cpx = text("cpx1");
-        QVERIFY(f.model.cpxInsertMol(cpx, text("mol1"), text("10")));
-        QVERIFY(f.model.cpxInsertMol(cpx, text("mol1"), text("2")));
-        QVERIFY(f.model.cpxInsertBstBst(cpx, text("2"), text("bst2"), text("1"), text("bst3"), {}));
-        QVERIFY(
-            f.model.cpxInsertBstBst(cpx, text("0"), text("bst2"), text("10"), text("bst1"), {}));
-        QVERIFY(f.model.cpxInsertBstBst(
-            cpx, text("0"), text("bst1"), text("1"), text("bst3"), text("note"))); // a second time
-        QCOMPARE(f.model.cpxGetListMolPsiimId(cpx),
-            (QStringList{text("mol1"), text("mol2"), text("mol1"), text("mol1")}));
-        QCOMPARE(f.model.cpxGetArrayBstBst(cpx),
-            (QList<QStringList>{{text("0"), text("bst1"), text("1"), text("bst3")},
-                {text("2"), text("bst2"), text("1"), text("bst3")},
-                {text("0"), text("bst2"), text("10"), text("bst1")}}));
-    }
-
     void writingAComplexAgainKeepsItsAliases()
     {
         DbFixture f;

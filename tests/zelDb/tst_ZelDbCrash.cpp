@@ -55,8 +55,8 @@ int holdLock(const QStringList &arguments)
     ZelDbSqliteModel model(&db);
     ZelDbTransaction transaction(&db);
     const int length = arguments.value(1) == QLatin1String("exclusive") ? 8000000 : 1;
-    model.utrInsert({{C::PsiimId, QStringLiteral("utr1")}, {C::SourceText, QString(length, u'x')}});
-    model.utrInsert({{C::PsiimId, QStringLiteral("utr2")}, {C::SourceText, QString(length, u'x')}});
+    model.utrInsert({{C::PsiimId, "utr1"}, {C::SourceText, QString(length, u'x')}});
+    model.utrInsert({{C::PsiimId, "utr2"}, {C::SourceText, QString(length, u'x')}});
     std::puts("held");
     std::fflush(stdout);
     while (std::getchar() != EOF) { }
@@ -68,7 +68,7 @@ ZEL_TEST_CHILD("db-hold", holdLock)
 
 QStringList childArguments(const char *name, const QStringList &arguments)
 {
-    return QStringList{QStringLiteral("--child"), QString::fromLatin1(name)} + arguments;
+    return QStringList{"--child", QString::fromLatin1(name)} + arguments;
 }
 
 } // namespace
@@ -83,7 +83,7 @@ private slots:
         QVERIFY(f.addComplex());
         f.db.close();
         const QStringList before = DbFixture::dump(f.path);
-        const QString saved = f.file(QStringLiteral("saved.zel"));
+        const QString saved = f.file("saved.zel");
         QVERIFY(QFile::copy(f.path, saved));
         QVERIFY(f.db.open(saved));
         QVERIFY2(save(f.db), qPrintable(f.db.errorText()));
@@ -116,9 +116,8 @@ private slots:
 
     void fileHeldByAnotherProcessIsLocked_data()
     {
-        rows<QString>({"mode"},
-            {{"save in progress", {QStringLiteral("reserved")}},
-                {"file being written", {QStringLiteral("exclusive")}}});
+        rows<QString>(
+            {"mode"}, {{"save in progress", {"reserved"}}, {"file being written", {"exclusive"}}});
     }
 
     void fileHeldByAnotherProcessIsLocked()
@@ -134,7 +133,7 @@ private slots:
         QCOMPARE(holder.readLine().trimmed(), QByteArray("held"));
 
         QCOMPARE(f.model.molGetListPsiimId().size(), exclusive ? 0 : 2);
-        QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}));
+        QVERIFY(!f.model.molInsert({{C::PsiimId, "mol9"}}));
         QCOMPARE(f.db.error(), ZelDbSqlite::Locked);
         QVERIFY2(f.db.errorText().contains(QLatin1String("in use by another program")),
             qPrintable(f.db.errorText()));
@@ -146,8 +145,7 @@ private slots:
         holder.closeWriteChannel();
         QVERIFY(holder.waitForFinished());
         QCOMPARE(holder.exitCode(), 0);
-        QVERIFY2(f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}),
-            qPrintable(f.db.errorText()));
+        QVERIFY2(f.model.molInsert({{C::PsiimId, "mol9"}}), qPrintable(f.db.errorText()));
         QCOMPARE(f.model.utrGetListPsiimId().size(), 2);
     }
 };

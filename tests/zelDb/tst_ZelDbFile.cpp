@@ -26,20 +26,6 @@ class tst_ZelDbFile : public ZelTest
 {
     Q_OBJECT
 private slots:
-    void createdFileIsWholeAndOpensAgain()
-    {
-        DbFixture f;
-        QVERIFY(f.addComplex());
-        QVERIFY(f.addReactions());
-        f.db.close();
-        QCOMPARE(
-            QDir(f.dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("model.zel")});
-        QVERIFY2(f.db.open(f.path), qPrintable(f.db.errorText()));
-        QCOMPARE(f.model.cpaGetListPsiimId().size(), 3);
-        QCOMPARE(f.db.schemaVersion(), ZelDbSqlite::currentSchemaVersion());
-        QCOMPARE(f.db.checkIntegrity(), QStringList());
-    }
-
     void createNeverOverwrites()
     {
         DbFixture f;
@@ -57,7 +43,7 @@ private slots:
     {
         QTemporaryDir dir;
         ZelDbSqlite db;
-        QVERIFY(!db.create(dir.filePath(QStringLiteral("no/such/folder/a.zel"))));
+        QVERIFY(!db.create(dir.filePath("no/such/folder/a.zel")));
         QCOMPARE(db.error(), ZelDbSqlite::MissingFile);
         // A name too long for the file system is noticed only while the file is made.
         const QString tooLong = dir.filePath(QString(250, u'x') + QLatin1String(".zel"));
@@ -143,10 +129,9 @@ private slots:
     void foreignTriggersAreRefused()
     {
         DbFixture f;
-        QVERIFY(f.execute({QStringLiteral("CREATE TABLE note (text)")}));
+        QVERIFY(f.execute({"CREATE TABLE note (text)"}));
         QVERIFY2(f.db.open(f.path), qPrintable(f.db.errorText()));
-        QVERIFY(f.execute({QStringLiteral(
-            "CREATE TRIGGER evil AFTER INSERT ON mol BEGIN DELETE FROM mol; END")}));
+        QVERIFY(f.execute({"CREATE TRIGGER evil AFTER INSERT ON mol BEGIN DELETE FROM mol; END"}));
         QVERIFY(!f.db.open(f.path));
         QCOMPARE(f.db.error(), ZelDbSqlite::Corrupt);
     }
@@ -160,14 +145,14 @@ private slots:
         QVERIFY2(f.db.openReadOnly(f.path), qPrintable(f.db.errorText()));
         QVERIFY(f.db.isReadOnly());
         QCOMPARE(f.model.molGetListPsiimId().size(), 2);
-        QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol9")}}));
+        QVERIFY(!f.model.molInsert({{C::PsiimId, "mol9"}}));
         QCOMPARE(f.db.error(), ZelDbSqlite::ReadOnly);
         QVERIFY(f.model.errorText().contains(QLatin1String("read-only")));
         QCOMPARE(ZelDb::getNewSdcPsiimId(ZelDb::Mol, &f.model), QString());
-        QVERIFY2(f.db.backupTo(f.file(QStringLiteral("copy.zel"))), qPrintable(f.db.errorText()));
+        QVERIFY2(f.db.backupTo(f.file("copy.zel")), qPrintable(f.db.errorText()));
         f.db.close();
         QCOMPARE(readFile(f.path), before);
-        QVERIFY(f.execute({QStringLiteral("PRAGMA user_version = 0")}));
+        QVERIFY(f.execute({"PRAGMA user_version = 0"}));
         QVERIFY(!f.db.openReadOnly(f.path));
         QCOMPARE(f.db.error(), ZelDbSqlite::OlderSchema);
     }
@@ -180,27 +165,26 @@ private slots:
         QVERIFY(f.db.setSizeLimit(1));
         {
             ZelDbTransaction transaction(&f.db);
-            QVERIFY(f.model.molInsert(
-                {{C::PsiimId, QStringLiteral("mol1")}, {C::ShortName, QStringLiteral("changed")}}));
+            QVERIFY(f.model.molInsert({{C::PsiimId, "mol1"}, {C::ShortName, "changed"}}));
             QVERIFY(!f.model.molInsert(
-                {{C::PsiimId, QStringLiteral("mol9")}, {C::GraphicsInfo, QString(3000000, u'x')}}));
+                {{C::PsiimId, "mol9"}, {C::GraphicsInfo, QString(3000000, u'x')}}));
             QCOMPARE(f.db.error(), ZelDbSqlite::DiskFull);
             // SQLite may have ended the transaction: nothing may slip into the file from here on.
-            QVERIFY(!f.model.molInsert({{C::PsiimId, QStringLiteral("mol10")}}));
+            QVERIFY(!f.model.molInsert({{C::PsiimId, "mol10"}}));
             QVERIFY(!transaction.commit());
         }
         QCOMPARE(f.db.error(), ZelDbSqlite::DiskFull);
         QVERIFY(f.db.errorText().contains(QLatin1String("no room")));
         QCOMPARE(DbFixture::dump(f.path), before);
         QVERIFY(f.db.setSizeLimit(0));
-        QVERIFY(f.model.molInsert({{C::PsiimId, QStringLiteral("mol10")}}));
+        QVERIFY(f.model.molInsert({{C::PsiimId, "mol10"}}));
     }
 
     void backupHoldsTheModel()
     {
         DbFixture f;
         QVERIFY(f.addComplex());
-        const QString copy = f.file(QStringLiteral("it's a copy.zel"));
+        const QString copy = f.file("it's a copy.zel");
         {
             ZelDbTransaction transaction(&f.db);
             QVERIFY(!f.db.backupTo(copy));
@@ -209,7 +193,7 @@ private slots:
         QVERIFY2(f.db.backupTo(copy), qPrintable(f.db.errorText()));
         QVERIFY(!f.db.backupTo(copy));
         QCOMPARE(f.db.error(), ZelDbSqlite::AlreadyExists);
-        QVERIFY(!f.db.backupTo(f.file(QStringLiteral("none/copy.zel"))));
+        QVERIFY(!f.db.backupTo(f.file("none/copy.zel")));
         QCOMPARE(DbFixture::dump(copy), DbFixture::dump(f.path));
         ZelDbSqlite other;
         QVERIFY2(other.open(copy), qPrintable(other.errorText()));
@@ -222,14 +206,11 @@ private slots:
         f.db.close();
         const QStringList before = DbFixture::dump(f.path);
         const ZelDbMigrations migrations{3,
-            {{2, {QStringLiteral("UPDATE mol SET notes = notes || ' then 3'")}},
-                {1,
-                    {QStringLiteral("UPDATE mol SET notes = 'step 2'"),
-                        QStringLiteral("CREATE TABLE extra (a)")}}}};
+            {{2, {"UPDATE mol SET notes = notes || ' then 3'"}},
+                {1, {"UPDATE mol SET notes = 'step 2'", "CREATE TABLE extra (a)"}}}};
         QVERIFY2(f.db.open(f.path, migrations), qPrintable(f.db.errorText()));
         QCOMPARE(f.db.schemaVersion(), 3);
-        QCOMPARE(f.model.molGetHashInfo(QStringLiteral("mol1")).value(C::Notes),
-            QStringLiteral("step 2 then 3"));
+        QCOMPARE(f.model.molGetHashInfo("mol1").value(C::Notes), "step 2 then 3");
         const QString backup = f.path + QLatin1String(".v1.bak");
         QCOMPARE(DbFixture::dump(backup), before);
         QVERIFY(f.db.open(f.path, migrations)); // no second time, no second backup
@@ -242,9 +223,8 @@ private slots:
     void failedMigrationLeavesTheFileAsItWas_data()
     {
         rows<QString>({"last"},
-            {{"statement fails", {QStringLiteral("UPDATE nowhere SET a = 1")}},
-                {"dangling reference",
-                    {QStringLiteral("UPDATE mcp SET mol = 'nobody' WHERE psiimId = 'mcp1'")}}});
+            {{"statement fails", {"UPDATE nowhere SET a = 1"}},
+                {"dangling reference", {"UPDATE mcp SET mol = 'nobody' WHERE psiimId = 'mcp1'"}}});
     }
 
     void failedMigrationLeavesTheFileAsItWas()
@@ -254,8 +234,7 @@ private slots:
         QVERIFY(f.addComplex());
         f.db.close();
         const QStringList before = DbFixture::dump(f.path);
-        QVERIFY(!f.db.open(
-            f.path, {2, {{1, {QStringLiteral("UPDATE mol SET notes = 'half'"), last}}}}));
+        QVERIFY(!f.db.open(f.path, {2, {{1, {"UPDATE mol SET notes = 'half'", last}}}}));
         QCOMPARE(f.db.error(), ZelDbSqlite::MigrationFailed);
         const QString backup = f.path + QLatin1String(".v1.bak");
         QVERIFY2(f.db.errorText().contains(backup), qPrintable(f.db.errorText()));
@@ -264,34 +243,21 @@ private slots:
         QVERIFY(f.db.open(f.path));
     }
 
-    void connectionsLiveSideBySide()
-    {
-        DbFixture f;
-        ZelDbSqlite second;
-        QVERIFY2(second.open(f.path), qPrintable(second.errorText()));
-        ZelDbSqliteModel secondModel(&second);
-        QVERIFY(f.addComplex());
-        QCOMPARE(secondModel.molGetListPsiimId().size(), 2);
-        QVERIFY(secondModel.molInsert({{C::PsiimId, QStringLiteral("mol7")}}));
-        second.close(); // Qt warns, and the test fails, when a statement is still in use
-        QCOMPARE(f.model.molGetListPsiimId().size(), 3);
-    }
-
     void modelsOutliveTheirConnection()
     {
         auto *db = new ZelDbSqlite;
-        QVERIFY(db->create(QStringLiteral(":memory:")));
+        QVERIFY(db->create(":memory:"));
         ZelDbSqliteModel model(db);
         ZelDbTransaction transaction(db);
-        QVERIFY(model.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
+        QVERIFY(model.molInsert({{C::PsiimId, "mol1"}}));
         db->close();
         QVERIFY(!transaction.commit());
-        QVERIFY(!model.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
+        QVERIFY(!model.molInsert({{C::PsiimId, "mol1"}}));
         QVERIFY(model.errorText().contains(QLatin1String("No model file is open")));
         delete db;
         QVERIFY(!transaction.commit());
-        QVERIFY(model.molGetHashInfo(QStringLiteral("mol1")).isEmpty());
-        QVERIFY(!model.molRemove(QStringLiteral("mol1")));
+        QVERIFY(model.molGetHashInfo("mol1").isEmpty());
+        QVERIFY(!model.molRemove("mol1"));
         QVERIFY(model.errorText().contains(QLatin1String("No model file is open")));
         QCOMPARE(ZelDb::getNewSdcPsiimId(ZelDb::Mol, &model), QString());
     }

@@ -81,22 +81,22 @@ private slots:
         DbFixture f;
         QVERIFY(f.addComplex());
         QVERIFY(f.addReactions());
-        QVERIFY(f.model.cmpInsert({{C::PsiimId, QStringLiteral("outer")}}));
+        QVERIFY(f.model.cmpInsert({{C::PsiimId, "outer"}}));
         const QStringList others = (f.model.*list)();
 
         ZelDbRecord record = given;
-        record.insert(C::PsiimId, QStringLiteral("z9"));
+        record.insert(C::PsiimId, "z9");
         for (const int column : columns)
             record.insert(column, QStringLiteral("text %1").arg(column));
         QVERIFY2((f.model.*insert)(record), qPrintable(f.model.errorText()));
-        ZelDbRecord stored = (f.model.*read)(QStringLiteral("z9"));
+        ZelDbRecord stored = (f.model.*read)("z9");
         QVERIFY(!stored.value(C::RowNumber).isEmpty());
         // A record that was read can be written again as it is, under another id too.
         QVERIFY2((f.model.*insert)(stored), qPrintable(f.model.errorText()));
         stored.remove(C::RowNumber);
         QCOMPARE(stored, record);
-        QCOMPARE((f.model.*list)(), others + QStringList{QStringLiteral("z9")});
-        QVERIFY((f.model.*read)(QStringLiteral("z8")).isEmpty());
+        QCOMPARE((f.model.*list)(), others + QStringList{"z9"});
+        QVERIFY((f.model.*read)("z8").isEmpty());
         QVERIFY((f.model.*read)(QString()).isEmpty());
     }
 
@@ -106,32 +106,30 @@ private slots:
         QVERIFY(f.addComplex());
         const QString id = QStringLiteral("mcp1");
         const QString row = f.model.mcpGetHashInfo(id).value(C::RowNumber);
-        QVERIFY2(f.model.mcpInsert({{C::PsiimId, id}, {C::Notes, QStringLiteral("new")}}),
+        QVERIFY2(f.model.mcpInsert({{C::PsiimId, id}, {C::Notes, "new"}}),
             qPrintable(f.model.errorText())); // without its owner
         QCOMPARE(DbFixture::texts(f.model.mcpGetHashInfo(id),
                      {C::RowNumber, C::OwnerPsiimId, C::ShortName, C::Notes, C::Name}),
-            (QStringList{row, QStringLiteral("mol1"), QStringLiteral("mcp1 name"),
-                QStringLiteral("new"), QString()}));
+            (QStringList{row, "mol1", "mcp1 name", "new", QString()}));
         QVERIFY(f.model.mcpInsert({{C::PsiimId, id}, {C::Notes, QString()}}));
-        QCOMPARE(f.model.mcpGetHashInfo(id).value(C::Notes, QStringLiteral("-")), QString());
+        QCOMPARE(f.model.mcpGetHashInfo(id).value(C::Notes, "-"), QString());
         QVERIFY(f.model.mcpInsert({{C::PsiimId, id}}));
         // What belongs to a record and what refers to it survives.
-        QVERIFY(f.model.molInsert(
-            {{C::PsiimId, QStringLiteral("mol1")}, {C::Name, QStringLiteral("x")}}));
+        QVERIFY(f.model.molInsert({{C::PsiimId, "mol1"}, {C::Name, "x"}}));
         QCOMPARE(f.model.mcpGetOrderedStateNames(id).size(), 2);
-        QCOMPARE(f.model.cpxGetListMolPsiimId(QStringLiteral("cpx1")).size(), 2);
+        QCOMPARE(f.model.cpxGetListMolPsiimId("cpx1").size(), 2);
     }
 
     void hostileTextsComeBack_data()
     {
         rows<QString>({"text"},
-            {{"quotes", {QStringLiteral("x'); DROP TABLE mol; --\"`[%1%2?1:a")}},
+            {{"quotes", {"x'); DROP TABLE mol; --\"`[%1%2?1:a"}},
                 {"zero character", {QStringLiteral("a") + QChar(0) + QStringLiteral("b")}},
                 {"beyond the basic plane",
                     {QString::fromUtf8("\xf0\x9f\xa7\xac \xce\xb1-\xce\xb2")}},
-                {"line ends", {QStringLiteral("\r\n\t\n ")}},
+                {"line ends", {"\r\n\t\n "}},
                 {"a million characters", {QString(1000000, QChar(0x3b1))}},
-                {"number", {QStringLiteral("1.10e+05")}}});
+                {"number", {"1.10e+05"}}});
     }
 
     void hostileTextsComeBack()
@@ -142,16 +140,16 @@ private slots:
         QVERIFY2(
             f.model.molInsert({{C::PsiimId, text}, {C::ShortName, text}, {C::MolNumber15, text}}),
             qPrintable(f.model.errorText()));
-        QVERIFY(f.model.mcpInsertState(QStringLiteral("mcp1"), text, text, 5));
-        QVERIFY(f.model.refInsert(QStringLiteral("mol"), text, text));
+        QVERIFY(f.model.mcpInsertState("mcp1", text, text, 5));
+        QVERIFY(f.model.refInsert("mol", text, text));
         f.db.close();
         QVERIFY(f.db.open(f.path));
         const ZelDbRecord record = f.model.molGetHashInfo(text);
         QCOMPARE(DbFixture::texts(record, {C::PsiimId, C::ShortName, C::MolNumber15}),
             (QStringList{text, text, text}));
-        QCOMPARE(f.model.mcpGetStateNameFromIndex(QStringLiteral("mcp1"), 2), text);
-        QCOMPARE(f.model.refGetReferences(QStringLiteral("mol"), text), text);
-        QVERIFY(!ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), text, {}, &f.model));
+        QCOMPARE(f.model.mcpGetStateNameFromIndex("mcp1", 2), text);
+        QCOMPARE(f.model.refGetReferences("mol", text), text);
+        QVERIFY(!ZelDbSqlite::isUniqueShortName("mol", text, {}, &f.model));
         QVERIFY2(f.model.molRemove(text), qPrintable(f.model.errorText()));
         QVERIFY(f.model.molGetHashInfo(text).isEmpty());
     }
@@ -161,13 +159,13 @@ private slots:
         QTest::addColumn<Insert>("insert");
         QTest::addColumn<ZelDbRecord>("record");
         QTest::addColumn<QString>("says");
-        const auto row = [](const char *name, Insert insert, int column, const char *value,
-                             const char *says) {
-            QTest::newRow(name) << insert
-                                << ZelDbRecord{{C::PsiimId, QStringLiteral("x")},
-                                       {column, QString::fromLatin1(value)}}
-                                << QString::fromLatin1(says);
-        };
+        const auto row =
+            [](const char *name, Insert insert, int column, const char *value, const char *says) {
+                QTest::newRow(name)
+                    << insert
+                    << ZelDbRecord{{C::PsiimId, "x"}, {column, QString::fromLatin1(value)}}
+                    << QString::fromLatin1(says);
+            };
         using M = ZelDbSqliteModel;
         row("no id", &M::molInsert, C::PsiimId, "", "without an id");
         row("column of another kind", &M::molInsert, C::PdnDelay, "1", "does not have");
@@ -198,19 +196,18 @@ private slots:
     {
         DbFixture f;
         QVERIFY(f.addComplex());
-        const QString state = f.model.mcpGetOrderedStates(QStringLiteral("mcp1")).first().psiimId;
+        const QString state = f.model.mcpGetOrderedStates("mcp1").first().psiimId;
         const QString kind = QStringLiteral("mcpState");
-        QVERIFY(f.model.refInsert(kind, state, QStringLiteral("old")));
-        QVERIFY(f.model.refInsert(kind, state, QStringLiteral("paper")));
-        QCOMPARE(f.model.refGetReferences(kind, state), QStringLiteral("paper"));
-        QCOMPARE(f.model.refGetReferences(QStringLiteral("mol"), state), QString());
-        QVERIFY(!f.model.refInsert(kind, QStringLiteral("none"), QStringLiteral("paper")));
-        QVERIFY(!f.model.refInsert(QStringLiteral("idCounter"), state, QStringLiteral("paper")));
+        QVERIFY(f.model.refInsert(kind, state, "old"));
+        QVERIFY(f.model.refInsert(kind, state, "paper"));
+        QCOMPARE(f.model.refGetReferences(kind, state), "paper");
+        QCOMPARE(f.model.refGetReferences("mol", state), QString());
+        QVERIFY(!f.model.refInsert(kind, "none", "paper"));
+        QVERIFY(!f.model.refInsert("idCounter", state, "paper"));
         QVERIFY(f.model.mcpStateRemove(state));
-        QVERIFY(f.model.mcpStateInsert(
-            {{C::PsiimId, state}, {C::OwnerPsiimId, QStringLiteral("mcp1")}}));
+        QVERIFY(f.model.mcpStateInsert({{C::PsiimId, state}, {C::OwnerPsiimId, "mcp1"}}));
         QCOMPARE(f.model.refGetReferences(kind, state), QString());
-        QVERIFY(f.model.refInsert(kind, state, QStringLiteral("again")));
+        QVERIFY(f.model.refInsert(kind, state, "again"));
         QVERIFY(f.model.refInsert(kind, state, QString()));
         QCOMPARE(f.model.refGetReferences(kind, state), QString());
     }
@@ -218,22 +215,18 @@ private slots:
     void graphicsInfoIsFoundByWord()
     {
         DbFixture f;
-        QVERIFY(f.model.molInsert(
-            {{C::PsiimId, QStringLiteral("same")}, {C::GraphicsInfo, QStringLiteral("<mol/>")}}));
-        QVERIFY(f.model.cpxInsert(
-            QStringLiteral("same"), {}, {}, {}, {}, {}, QStringLiteral("<cpx/>"), {}, {}));
+        QVERIFY(f.model.molInsert({{C::PsiimId, "same"}, {C::GraphicsInfo, "<mol/>"}}));
+        QVERIFY(f.model.cpxInsert("same", {}, {}, {}, {}, {}, "<cpx/>", {}, {}));
         const auto find = [&](const char *word, const char *id) {
             return ZelDbSqlite::getGraphicsInfo(
                 QString::fromLatin1(word), QString::fromLatin1(id), &f.model);
         };
-        QCOMPARE(find("mol", "same"), QStringLiteral("<mol/>"));
-        QCOMPARE(find("cpx", "same"), QStringLiteral("<cpx/>"));
+        QCOMPARE(find("mol", "same"), "<mol/>");
+        QCOMPARE(find("cpx", "same"), "<cpx/>");
         QCOMPARE(find("cpx", "other"), QString());
         QCOMPARE(find("trn", "same"), QString()); // keeps none
         QCOMPARE(find("sqlite_master", "same"), QString());
-        QCOMPARE(
-            ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), QStringLiteral("same"), nullptr),
-            QString());
+        QCOMPARE(ZelDbSqlite::getGraphicsInfo("mol", "same", nullptr), QString());
     }
 
     void shortNamesAreUniquePerKind_data()
@@ -286,8 +279,8 @@ private slots:
         QVERIFY(!model.cpxInsert(id, id, id, id, id, id, id, id, id));
         QVERIFY(!model.mcpInsertState(id, id, id, 0));
         QVERIFY(!model.errorText().isEmpty());
-        QVERIFY(ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), id, {}, nullptr));
-        QVERIFY(ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), id, {}, &model));
+        QVERIFY(ZelDbSqlite::isUniqueShortName("mol", id, {}, nullptr));
+        QVERIFY(ZelDbSqlite::isUniqueShortName("mol", id, {}, &model));
     }
 };
 

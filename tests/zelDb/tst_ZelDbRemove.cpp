@@ -46,10 +46,9 @@ private slots:
         DbFixture f;
         QVERIFY(f.addComplex());
         QVERIFY(f.addReactions());
-        QVERIFY(f.model.cmpInsert({{C::PsiimId, QStringLiteral("cell")}}));
+        QVERIFY(f.model.cmpInsert({{C::PsiimId, "cell"}}));
         QVERIFY(f.model.cmpInsert(
-            {{C::PsiimId, QStringLiteral("nucleus")}, {C::ShortName, QStringLiteral("core")},
-                {C::CompartmentParent, QStringLiteral("cell")}}));
+            {{C::PsiimId, "nucleus"}, {C::ShortName, "core"}, {C::CompartmentParent, "cell"}}));
         const QStringList before = DbFixture::dump(f.path);
         QVERIFY(!(f.model.*remove)(id));
         QCOMPARE(f.db.error(), ZelDbSqlite::InUse);
@@ -80,7 +79,7 @@ private slots:
     void unknownRecordsAreNotRemoved()
     {
         DbFixture f;
-        QVERIFY(!f.model.cpaRemove(QStringLiteral("cpa1")));
+        QVERIFY(!f.model.cpaRemove("cpa1"));
         QVERIFY(f.model.errorText().contains(QLatin1String("There is no complex alias 'cpa1'")));
         QVERIFY(!f.model.molRemove(QString()));
     }

@@ -15,18 +15,6 @@ class tst_ZelDbTransaction : public ZelTest
 {
     Q_OBJECT
 private slots:
-    void uncommittedChangesAreTakenBack()
-    {
-        DbFixture f;
-        {
-            ZelDbTransaction transaction(&f.db);
-            QVERIFY(insertMol(f, "mol1"));
-            QVERIFY(f.db.isInTransaction());
-        }
-        QVERIFY(!f.db.isInTransaction());
-        QCOMPARE(f.model.molGetListPsiimId(), QStringList());
-    }
-
     void failureInsideIsRememberedWhateverTheCallersAnswer_data()
     {
         rows<int>({"kind"},
@@ -45,8 +33,7 @@ private slots:
         const QString id = QStringLiteral("mol1");
         switch (kind) {
         case 0:
-            QVERIFY(!f.model.cpxInsertMol(
-                QStringLiteral("cpx1"), QStringLiteral("none"), QStringLiteral("2")));
+            QVERIFY(!f.model.cpxInsertMol("cpx1", "none", "2"));
             QVERIFY(f.model.errorText().contains(
                 QLatin1String("molecule 'none', which does not exist")));
             break;
@@ -57,7 +44,7 @@ private slots:
             QVERIFY(!f.model.molRemove(id));
             break;
         case 3:
-            QVERIFY(!f.model.cpaUpdateMcpStateCode(QStringLiteral("cpa9"), {}));
+            QVERIFY(!f.model.cpaUpdateMcpStateCode("cpa9", {}));
             break;
         case 4:
             QVERIFY(!f.model.cpxInsert({}, {}, {}, {}, {}, {}, {}, {}, {}));
@@ -125,8 +112,7 @@ private slots:
         }
         QVERIFY(insertMol(f, "mol3"));
         QVERIFY2(outer.commit(), qPrintable(f.db.errorText()));
-        QCOMPARE(f.model.molGetListPsiimId(),
-            (QStringList{QStringLiteral("mol1"), QStringLiteral("mol3")}));
+        QCOMPARE(f.model.molGetListPsiimId(), (QStringList{"mol1", "mol3"}));
     }
 
     void unfinishedPartFailsTheWhole()
@@ -154,12 +140,12 @@ private slots:
             QCOMPARE(other.error(), ZelDbSqlite::Locked);
             holder.rollback();
             // The lock is gone, yet a write now would be half of a save.
-            QVERIFY(!otherModel.molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
+            QVERIFY(!otherModel.molInsert({{C::PsiimId, "mol1"}}));
             QVERIFY(!refused.commit());
             QCOMPARE(other.error(), ZelDbSqlite::Locked);
         }
-        QVERIFY(otherModel.molInsert({{C::PsiimId, QStringLiteral("mol2")}}));
-        QCOMPARE(f.model.molGetListPsiimId(), QStringList{QStringLiteral("mol2")});
+        QVERIFY(otherModel.molInsert({{C::PsiimId, "mol2"}}));
+        QCOMPARE(f.model.molGetListPsiimId(), QStringList{"mol2"});
     }
 
     void endedTransactionsStayEnded()
@@ -207,7 +193,7 @@ private slots:
 
         ZelDbSqlite other;
         QVERIFY(other.open(f.path));
-        QVERIFY(ZelDbSqliteModel(&other).molInsert({{C::PsiimId, QStringLiteral("mol1")}}));
+        QVERIFY(ZelDbSqliteModel(&other).molInsert({{C::PsiimId, "mol1"}}));
         QVERIFY2(isNew(), "written by another connection");
         QVERIFY2(!seen.contains(other.contentStamp()), "of another connection");
 

@@ -31,12 +31,11 @@ private slots:
 
     void scientificFormatOfOtherWidths()
     {
-        QCOMPARE(ZelShare::getScientificFormat(QStringLiteral("1500"), 0, 1, true), "1.5E+03");
-        QCOMPARE(ZelShare::getScientificFormat(QStringLiteral("2000"), 0, 1, false), "2e+03");
+        QCOMPARE(ZelShare::getScientificFormat("1500", 0, 1, true), "1.5E+03");
+        QCOMPARE(ZelShare::getScientificFormat("2000", 0, 1, false), "2e+03");
         // A least number above the greatest one wins; senseless numbers are brought into range.
-        QCOMPARE(ZelShare::getScientificFormat(QStringLiteral("1.25"), 3, 1, false), "1.250e+00");
-        QCOMPARE(
-            ZelShare::getScientificFormat(QStringLiteral("1.25"), -5, 1000, false), "1.25e+00");
+        QCOMPARE(ZelShare::getScientificFormat("1.25", 3, 1, false), "1.250e+00");
+        QCOMPARE(ZelShare::getScientificFormat("1.25", -5, 1000, false), "1.25e+00");
     }
 
     void scientificFormatReadsBackAndIsStable()
@@ -55,7 +54,7 @@ private slots:
 
     void unitsAndSignsOfUnknownKinds()
     {
-        QCOMPARE(ZelShare::getUnit(ZelShare::UnitRateFirstOrder), QStringLiteral("/s"));
+        QCOMPARE(ZelShare::getUnit(ZelShare::UnitRateFirstOrder), "/s");
         QVERIFY(ZelShare::getUnit(ZelShare::UnitRate2D) != ZelShare::getUnit(ZelShare::UnitRate3D));
         QCOMPARE(ZelShare::getUnicodeString(ZelShare::SignArrow), QString(QChar(0x2192)));
         QVERIFY(ZelShare::getUnit(3).isEmpty());

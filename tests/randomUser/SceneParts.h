@@ -1,0 +1,35 @@
+#pragma once
+
+#include "zelModelSupport/graphics/ZelScene.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <QList>
+
+/// What molecules and scenes hold.
+namespace SceneParts {
+
+inline QList<SdcMcp *> components(const QList<SdcMol *> &molecules)
+{
+    QList<SdcMcp *> list;
+    for (SdcMol *mol : molecules)
+        list += mol->getListSdcMcp();
+    return list;
+}
+
+inline QList<SdcBst *> sites(const QList<SdcMol *> &molecules)
+{
+    QList<SdcBst *> list;
+    for (SdcMol *mol : molecules)
+        list += mol->getListSdcBst();
+    return list;
+}
+
+inline QList<SdcBstBst *> bonds(const ZelScene *scene)
+{
+    return scene->findChildren<SdcBstBst *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+} // namespace SceneParts
