@@ -29,6 +29,7 @@ function(zel_add_library target)
         EXPORT_NAME ${ARG_ALIAS}
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "$ORIGIN"
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
     target_compile_features(${target} PUBLIC cxx_std_20)

@@ -5,7 +5,8 @@
 namespace {
 
 constexpr const ZelModelCommand *commands[] = {&createCommand, &importCommand, &listCommand,
-    &showCommand, &findCommand, &renderCommand, &checkCommand, &exportCommand, &diffCommand};
+    &showCommand, &findCommand, &renderCommand, &reportCommand, &checkCommand, &exportCommand,
+    &diffCommand};
 
 constexpr qsizetype CommandWidth = 12;
 constexpr qsizetype OptionWidth = 26;

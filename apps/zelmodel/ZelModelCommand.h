@@ -59,4 +59,5 @@ extern const ZelModelCommand findCommand;
 extern const ZelModelCommand importCommand;
 extern const ZelModelCommand listCommand;
 extern const ZelModelCommand renderCommand;
+extern const ZelModelCommand reportCommand;
 extern const ZelModelCommand showCommand;

@@ -7,6 +7,8 @@ int runCreate(ZelModelRun &run)
 {
     if (run.argument(0) == QLatin1String(":memory:"))
         return run.misuse(QStringLiteral("A model in memory would be gone at once; name a file."));
+    // Nobody is kept waiting, and nothing half made is left.
+    run.watchInterrupt();
     return run.file().create(run.argument(0)) ? ZelModelRun::AllWell
                                               : run.fail(run.file().errorText());
 }

@@ -41,6 +41,15 @@ QString ZelModelDetails::aliasName(const QString &id) const
     return name.isEmpty() ? id : name;
 }
 
+QString ZelModelDetails::nameOf(const QString &id) const
+{
+    if (const ZelModelCatalog::Mol *const mol = m_catalog.mol(id))
+        return mol->name;
+    if (m_catalog.site(id).mol >= 0)
+        return m_catalog.siteTitle(id);
+    return m_aliasNames.value(id, m_mcpNames.value(id));
+}
+
 QString ZelModelDetails::molNames(const QString &molCode) const
 {
     QStringList names;

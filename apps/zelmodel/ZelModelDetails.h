@@ -28,6 +28,8 @@ public:
     /// "R.l + L.r", the pairs of sites of an interaction.
     QString sitePairs(const QString &mliPsiimId) const;
     QString aliasName(const QString &id) const;
+    /// The name of what that is the id of: an alias, a molecule, a component or a site. Else empty.
+    QString nameOf(const QString &id) const;
     /// All columns of the kind, for a script.
     QJsonObject json(const ZelModelKind &kind, const ZelDbRecord &record) const;
 

@@ -374,7 +374,7 @@ int runDiff(ZelModelRun &run)
     ZelDbSqlite otherFile;
     if (!run.openModel(run.argument(0)))
         return ZelModelRun::Failed;
-    if (!otherFile.openReadOnly(run.argument(1)))
+    if (!ZelModelRun::openForReading(&otherFile, run.argument(1)))
         return run.fail(otherFile.errorText());
     ZelDbSqliteModel otherDb(&otherFile);
     Side before(run.db());

@@ -14,11 +14,16 @@ int runExport(ZelModelRun &run)
     if (!run.openModel(run.argument(0)) || !run.keepsModel(target))
         return ZelModelRun::Failed;
     ZelBnglExport exporter(&run.db());
-    if (!exporter.exportFile(target)) {
+    const QByteArray text = exporter.exportText();
+    if (text.isEmpty()) {
         return run.fail(
             QLatin1String("'%1' was not written: %2").arg(target, exporter.report().error));
     }
-    const ZelExportReport &report = exporter.report();
+    if (!run.writeFile(target, text))
+        return ZelModelRun::Failed;
+    run.setDone(QLatin1String("'%1' is written all the same").arg(target));
+    ZelExportReport report = exporter.report();
+    report.fileName = target;
     if (run.isSet("json"))
         run.printJson(QJsonDocument::fromJson(report.toJson()).object());
     else if (!run.isSet("quiet"))
@@ -33,6 +38,7 @@ constexpr ZelModelOption options[] = {
 
 constexpr ZelModelExample examples[] = {
     {"zelmodel export model.zel egfr.bngl", "Write the model for other programs."},
+    {"zelmodel export -q model.zel /dev/stdout | less", "Read it."},
 };
 
 } // namespace
@@ -40,8 +46,7 @@ constexpr ZelModelExample examples[] = {
 constexpr ZelModelCommand exportCommand = {"export", "<model> <file>", 2, 2,
     "write a model as a file of the BioNetGen language",
     "Writes molecule types, species, rules, parameters, observables and compartments, and the "
-    "items "
-    "that were kept untranslated as they once came in. The report names everything that the "
+    "items that were kept untranslated as they once came in. The report names everything that the "
     "language cannot say; the exit code is then 3. A file that exists is replaced once the new one "
     "is whole.",
     options, examples, false, runExport};

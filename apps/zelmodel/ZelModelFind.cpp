@@ -369,8 +369,8 @@ constexpr ZelModelOption options[] = {
 
 constexpr ZelModelExample examples[] = {
     {"zelmodel find model.zel 'A(b!1).B(a!1)'", "Which complex is A bound to B, in which states?"},
-    {"zelmodel find --within model.zel 'EGFR(Y1068~P)'",
-        "All species that hold a phosphorylated EGFR."},
+    {"zelmodel find --within model.zel 'EGFR(Y1068~P!?)'",
+        "All species that hold a phosphorylated EGFR, bound there or not."},
 };
 
 } // namespace

@@ -18,6 +18,11 @@ int runImport(ZelModelRun &run)
     const QString source = run.argument(1);
     if (model == QLatin1String(":memory:"))
         return run.misuse(QStringLiteral("A model in memory would be gone at once; name a file."));
+    if (ZelModelRun::isDatabase(source)) {
+        return run.fail(QLatin1String("'%1' is a model, or another database, and no file of the "
+                                      "BioNetGen language; the model comes first, then the file.")
+                            .arg(source));
+    }
     const bool isNew = !QFileInfo::exists(model) && !QFileInfo(model).isSymLink();
     run.watchInterrupt();
     // A new model is made in place: whatever happens then, the file goes again.
@@ -46,6 +51,7 @@ int runImport(ZelModelRun &run)
                                 importer.report().error));
     }
     const ZelImportReport &report = importer.report();
+    run.setDone(QLatin1String("'%1' is imported all the same").arg(source));
     run.clearProgress();
     if (run.isSet("json"))
         run.printJson(QJsonDocument::fromJson(report.toJson()).object());

@@ -1,6 +1,7 @@
 #include "apps/zelmodel/ZelModelKinds.h"
 
 #include "zelDb/ZelDb.h"
+#include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/support/zgs.h"
 
 #include <QStringList>
@@ -175,6 +176,13 @@ QList<int> ZelModelKind::readColumns() const
     for (const ZelModelColumn &column : columns)
         list.append(column.column);
     return list;
+}
+
+bool ZelModelKind::visit(
+    const ZelDbSqliteModel &db, const std::function<bool(const ZelDbRecord &)> &visitor) const
+{
+    return db.visitRecords(type, readColumns(),
+        [&](const ZelDbRecord &record) { return !holds(record) || visitor(record); });
 }
 
 std::span<const ZelModelKind> ZelModelKinds::all()

@@ -5,7 +5,10 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <span>
+
+class ZelDbSqliteModel;
 
 /// One column of a kind of record as the command line names it.
 struct ZelModelColumn
@@ -36,6 +39,9 @@ struct ZelModelKind
     bool holds(const ZelDbRecord &record) const;
     /// The columns of the kind without the layout, those that all kinds have included.
     QList<int> readColumns() const;
+    /// ZelDbSqliteModel::visitRecords() for the records of the kind, with readColumns().
+    bool visit(
+        const ZelDbSqliteModel &db, const std::function<bool(const ZelDbRecord &)> &visitor) const;
     QString nameOf(const ZelDbRecord &record) const { return record.value(nameColumn()); }
 };
 

@@ -50,6 +50,35 @@ int listCounts(ZelModelRun &run)
     return ZelModelRun::AllWell;
 }
 
+/// What is read of a kind to filter it and to write it on a line.
+QList<int> lineColumns(const ZelModelRun &run, const ZelModelKind &kind)
+{
+    QList<int> columns{kind.nameColumn()};
+    if (run.isSet("name") && kind.nameColumn() != ZelDbColumn::Name)
+        columns.append(ZelDbColumn::Name);
+    switch (kind.type) {
+    case ZelDb::Mol:
+        break;
+    case ZelDb::Mcp:
+    case ZelDb::McpState:
+    case ZelDb::Bst:
+        columns.append(ZelDbColumn::OwnerPsiimId);
+        break;
+    case ZelDb::Cpx:
+        columns.append(ZelDbColumn::CpxMolCode);
+        break;
+    case ZelDb::Cpa:
+        columns += {ZelDbColumn::CpaCpx, ZelDbColumn::CpaWellDefined};
+        if (run.isSet("text"))
+            columns.append(ZelDbColumn::CpaKey2);
+        break;
+    default:
+        for (const ZelModelColumn &column : kind.columns)
+            columns.append(column.column);
+    }
+    return columns;
+}
+
 /// Writes the records that pass the filter, one by one as the database gives them.
 class Lister
 {
@@ -62,7 +91,7 @@ public:
 
     bool list(const ZelModelKind &kind)
     {
-        QList<int> columns = kind.readColumns();
+        QList<int> columns = m_isJson ? kind.readColumns() : lineColumns(m_run, kind);
         const bool hasText = m_run.isSet("text") && kind.type == ZelDb::Cpa;
         if (hasText)
             columns.append(ZelDbColumn::CpaStateCode);

@@ -1,13 +1,18 @@
 #include "apps/zelmodel/ZelModelLookup.h"
 
 #include "apps/zelmodel/ZelModelRun.h"
+#include "apps/zelmodel/ZelModelSpecies.h"
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/support/zgs.h"
 
+#include <QRegularExpression>
 #include <QSet>
+#include <QStandardItem>
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 
 namespace {
 
@@ -22,10 +27,15 @@ constexpr int referenceColumns[] = {C::CpaCpx, C::CaiCpa1, C::CaiCpa2, C::CaiRes
     C::PdnSourceCpa, C::PdnProductCpa, C::DegradationCpa, C::SeedCpa, C::Bst1, C::Bst2,
     C::CompartmentParent};
 
-bool isReference(int column)
+/// The columns that hold numbers, names of parameters, or expressions of both.
+constexpr int expressionColumns[] = {C::AssociationRate, C::DissociationRate, C::Rate,
+    C::DegradationRate, C::PdnM, C::PdnN, C::PdnK, C::PdnDelay, C::ParameterValue, C::SeedAmount,
+    C::CompartmentSize, C::SourceText};
+
+template <std::size_t Count>
+bool isOneOf(const int (&columns)[Count], int column)
 {
-    return std::find(std::begin(referenceColumns), std::end(referenceColumns), column)
-        != std::end(referenceColumns);
+    return std::find(std::begin(columns), std::end(columns), column) != std::end(columns);
 }
 
 /// The records of that id, and those of that name, in the order of the kinds.
@@ -84,6 +94,61 @@ QSet<QString> sitesOf(const ZelDbSqliteModel &db, const ZelModelFound &found)
     return sites;
 }
 
+/// What a record says of the given one other than by its id.
+class Mentions
+{
+public:
+    Mentions(const ZelDbSqliteModel &db, const ZelModelFound &found)
+        : m_type(found.kind->type), m_id(found.record.value(C::PsiimId)),
+          m_name(found.kind->nameOf(found.record)), m_reader(m_catalog, db),
+          m_word(QLatin1String("(?<!\\w)%1(?!\\w)").arg(QRegularExpression::escape(m_name)))
+    {
+        if (m_type == ZelDb::McpState)
+            m_catalog.read(db);
+    }
+
+    bool holds(const ZelModelKind &kind, const ZelDbRecord &record)
+    {
+        if (m_name.isEmpty())
+            return false;
+        switch (m_type) {
+        case ZelDb::Parameter:
+        case ZelDb::Observable:
+            return std::any_of(std::begin(expressionColumns), std::end(expressionColumns),
+                [&](int column) { return record.value(column).contains(m_word); });
+        case ZelDb::Compartment:
+            return kind.type == ZelDb::Cpa && record.value(C::CpaKey2).split(u';').contains(m_name);
+        case ZelDb::McpState:
+            return kind.type == ZelDb::Cpa && isOnIn(m_reader.readAlias(record));
+        default:
+            return false;
+        }
+    }
+
+private:
+    bool isOnIn(const ZelModelSpecies &species) const
+    {
+        return std::any_of(
+            species.mols.begin(), species.mols.end(), [this](const ZelModelSpecies::Mol &mol) {
+                for (const ZelModelCatalog::Mcp &mcp : mol.type->mcps) {
+                    for (qsizetype i = 0; i < mcp.states.size(); ++i) {
+                        if (mcp.states.at(i).id == m_id)
+                            return mol.states[static_cast<std::size_t>(mcp.firstState + i)]
+                                == ComponentStateOn;
+                    }
+                }
+                return false;
+            });
+    }
+
+    int m_type;
+    QString m_id;
+    QString m_name;
+    ZelModelCatalog m_catalog;
+    ZelModelSpeciesReader m_reader;
+    QRegularExpression m_word;
+};
+
 bool bondsUse(const QList<QStringList> &bonds, int column1, int column2, const QSet<QString> &sites)
 {
     return std::any_of(bonds.begin(), bonds.end(), [&](const QStringList &bond) {
@@ -122,20 +187,38 @@ bool ZelModelLookup::find(
     return true;
 }
 
+QString ZelModelLookup::description(ZelDbSqliteModel *db, const ZelModelFound &found)
+{
+    const QString id = found.record.value(C::PsiimId);
+    std::unique_ptr<QStandardItem> item;
+    if (found.kind->listedKind != ZelModelKind::NotListed) {
+        item.reset(zgs::createItem(db, QSize(), QString(), id, found.kind->listedKind, true,
+            QString(), false, {}, nullptr, {}));
+    } else if (found.kind->type == ZelDb::Deg) {
+        item.reset(zgs::createDegradationItem(db, QSize(), id, true, QString(), nullptr));
+    }
+    return item
+        ? item->text()
+        : QLatin1String(found.kind->title) + QLatin1String(": ") + found.kind->nameOf(found.record);
+}
+
 QList<ZelModelFound> ZelModelLookup::referrers(
     const ZelDbSqliteModel &db, const ZelModelFound &found)
 {
     QList<ZelModelFound> list;
     const QString id = found.record.value(C::PsiimId);
     const QSet<QString> sites = sitesOf(db, found);
+    Mentions mentions(db, found);
     for (const ZelModelKind &kind : ZelModelKinds::all()) {
-        const QList<int> columns = kind.readColumns();
+        QList<int> columns = kind.readColumns();
+        if (kind.type == ZelDb::Cpa)
+            columns.append(C::CpaStateCode);
         db.visitRecords(kind.type, columns, [&](const ZelDbRecord &record) {
             if (!kind.holds(record))
                 return true;
             const QString own = record.value(C::PsiimId);
             bool uses = std::any_of(columns.begin(), columns.end(), [&](int column) {
-                return isReference(column)
+                return isOneOf(referenceColumns, column)
                     && (record.value(column) == id || sites.contains(record.value(column)));
             });
             if (kind.type == ZelDb::Cpx && found.kind->type == ZelDb::Mol)
@@ -144,7 +227,7 @@ QList<ZelModelFound> ZelModelLookup::referrers(
                 uses = bondsUse(db.cpxGetArrayBstBst(own), 1, 3, sites);
             else if (kind.type == ZelDb::Mli && !sites.isEmpty())
                 uses = bondsUse(db.mliGetArrayBstBst(own), 3, 5, sites);
-            if (uses && own != id)
+            if (own != id && (uses || mentions.holds(kind, record)))
                 list.append({&kind, record});
             return true;
         });

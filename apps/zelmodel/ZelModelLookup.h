@@ -22,6 +22,8 @@ namespace ZelModelLookup {
 /// a complex before a species, in the order of the kinds. False, with a message, when there is
 /// none, or several of the kind.
 bool find(ZelModelRun &run, const QString &idOrName, bool withPictureOnly, ZelModelFound *found);
+/// The line that lists of records show.
+QString description(ZelDbSqliteModel *db, const ZelModelFound &found);
 /// All records that use the given one.
 QList<ZelModelFound> referrers(const ZelDbSqliteModel &db, const ZelModelFound &found);
 

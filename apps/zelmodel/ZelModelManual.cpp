@@ -177,7 +177,8 @@ bool ZelModelManual::write(const QString &folder)
             commandPage(*command)});
     for (const auto &[name, text] : std::as_const(files)) {
         QSaveFile file(QDir(folder).filePath(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.commit()) {
+        if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.flush()
+            || !file.commit()) {
             std::fprintf(stderr, "zelmodel: '%s' cannot be written; make the folder first.\n",
                 qUtf8Printable(file.fileName()));
             return false;

@@ -7,13 +7,8 @@
 #include "zelModelSupport/support/zgs.h"
 #include "zelShare/ZelShare.h"
 
-#include <QBuffer>
 #include <QFont>
-#include <QImage>
 #include <QPainter>
-#include <QPdfWriter>
-#include <QPixmap>
-#include <QSvgGenerator>
 #include <QSvgRenderer>
 
 #include <algorithm>
@@ -22,11 +17,11 @@
 namespace {
 
 constexpr double MarginShare = 0.1; // of the drawing, around it
+constexpr double ZoomedMargin = 4.0; // in the drawing's units
 constexpr double SignShare = 0.8; // of the operator's width, that a sign is high
 constexpr double SymbolShare = 0.6; // of the height, that the production symbol is high
 constexpr double SymbolMargin = 0.1; // of the symbol's width, on either side
 constexpr int InteractionCells = 3;
-constexpr int PdfResolution = 1200;
 
 /// The part of the scene that fills a cell.
 QRectF sourceOf(const QRectF &bounds, const QSize &cell)
@@ -50,51 +45,37 @@ std::unique_ptr<Scene> makeScene(ZelDbSqliteModel *db)
     return scene;
 }
 
-/// The toolkit would write the title as it is, and text with characters that XML does not have.
-QByteArray withTitle(QByteArray svg, const QString &title)
-{
-    svg.insert(svg.indexOf("<defs>"),
-        (QLatin1String("<title>") + title.toHtmlEscaped() + QLatin1String("</title>\n")).toUtf8());
-    svg.removeIf([](char c) {
-        const auto code = static_cast<unsigned char>(c);
-        return code < 0x20 && c != '\n' && c != '\t';
-    });
-    return svg;
-}
-
-/// The writer's own moment in place of which one that never changes stands, of the same length.
-QByteArray withoutDate(const QByteArray &pdf)
-{
-    QByteArray result = pdf;
-    const qsizetype begin = result.lastIndexOf("/CreationDate (D:");
-    if (begin >= 0) {
-        for (qsizetype i = begin + 17; i < result.size() && result.at(i) != ')'; ++i) {
-            if (result.at(i) >= '0' && result.at(i) <= '9')
-                result[i] = '0';
-        }
-    }
-    return result;
-}
-
 } // namespace
 
 ZelModelPicture::ZelModelPicture(
     ZelDbSqliteModel *db, const ZelModelFound &found, const QSize &size)
     : m_db(db), m_cell(size), m_size(0, size.height())
 {
+    load(found);
+}
+
+ZelModelPicture::ZelModelPicture(
+    ZelDbSqliteModel *db, const ZelModelFound &found, double zoom, const QSize &limits)
+    : m_db(db), m_cell(limits), m_zoom(zoom), m_size(0, limits.height())
+{
+    load(found);
+}
+
+void ZelModelPicture::load(const ZelModelFound &found)
+{
     const QString id = found.record.value(ZelDbColumn::PsiimId);
     if (found.kind->type == ZelDb::Mli) {
-        auto scene = makeScene<ZelSceneMli>(db);
+        auto scene = makeScene<ZelSceneMli>(m_db);
         if (scene->load(id))
-            addScene(std::move(scene), InteractionCells * size.width());
+            addScene(std::move(scene), InteractionCells * m_cell.width());
     } else if (found.kind->type == ZelDb::Cpa) {
         addAlias(id);
     } else if (found.kind->isReaction()) {
         addReaction(found);
     } else {
-        auto scene = makeScene<ZelSceneSideWindow>(db);
-        if (found.kind->type == ZelDb::Cpx ? scene->loadCpx(id, db) : scene->loadMol(id, db))
-            addScene(std::move(scene), size.width());
+        auto scene = makeScene<ZelSceneSideWindow>(m_db);
+        if (found.kind->type == ZelDb::Cpx ? scene->loadCpx(id, m_db) : scene->loadMol(id, m_db))
+            addScene(std::move(scene), m_cell.width());
     }
 }
 
@@ -108,11 +89,33 @@ void ZelModelPicture::add(int width, Paint paint)
 
 void ZelModelPicture::addScene(std::unique_ptr<ZelScene> scene, int width)
 {
+    if (m_zoom > 0.0) {
+        addZoomed(std::move(scene));
+        return;
+    }
     const std::shared_ptr<ZelScene> kept = std::move(scene);
     add(width, [kept, cell = m_cell](QPainter *painter, const QRect &place) {
         const QRectF bounds = kept->itemsBoundingRect();
         if (!bounds.isEmpty())
             kept->render(painter, place, sourceOf(bounds, cell), Qt::KeepAspectRatio);
+    });
+}
+
+void ZelModelPicture::addZoomed(std::unique_ptr<ZelScene> scene)
+{
+    const std::shared_ptr<ZelScene> kept = std::move(scene);
+    const QRectF bounds = kept->itemsBoundingRect();
+    if (bounds.isEmpty()) {
+        add(0, [](QPainter *, const QRect &) {});
+        return;
+    }
+    const QRectF source = bounds.adjusted(-ZoomedMargin, -ZoomedMargin, ZoomedMargin, ZoomedMargin);
+    const double zoom =
+        std::min({m_zoom, m_cell.width() / source.width(), m_cell.height() / source.height()});
+    m_cell = (source.size() * zoom).toSize().expandedTo(QSize(1, 1));
+    m_size.setHeight(m_cell.height());
+    add(m_cell.width(), [kept, source](QPainter *painter, const QRect &place) {
+        kept->render(painter, place, source, Qt::KeepAspectRatio);
     });
 }
 
@@ -195,61 +198,4 @@ void ZelModelPicture::paint(QPainter *painter) const
         painter->restore();
         x += part.width;
     }
-}
-
-void ZelModelPicture::paintOn(QPainter *painter, const QColor &background) const
-{
-    painter->setRenderHint(QPainter::Antialiasing);
-    if (background.isValid())
-        painter->fillRect(QRect(QPoint(), m_size), background);
-    paint(painter);
-}
-
-QByteArray ZelModelPicture::toPng(double scale, const QColor &background) const
-{
-    QImage image((QSizeF(m_size) * scale).toSize().expandedTo(QSize(1, 1)),
-        QImage::Format_ARGB32_Premultiplied);
-    if (image.isNull())
-        return {};
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.scale(scale, scale);
-    paintOn(&painter, background);
-    painter.end();
-    return zgs::getPngFromPixMap(QPixmap::fromImage(std::move(image)));
-}
-
-QByteArray ZelModelPicture::toSvg(
-    double scale, const QColor &background, const QString &title) const
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QSvgGenerator generator;
-    generator.setOutputDevice(&buffer);
-    generator.setSize((QSizeF(m_size) * scale).toSize().expandedTo(QSize(1, 1)));
-    generator.setViewBox(QRect(QPoint(), m_size));
-    QPainter painter(&generator);
-    paintOn(&painter, background);
-    painter.end();
-    return withTitle(buffer.data(), title);
-}
-
-QByteArray ZelModelPicture::toPdf(
-    double scale, const QColor &background, const QString &title) const
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    {
-        QPdfWriter writer(&buffer);
-        writer.setTitle(title);
-        writer.setCreator(QStringLiteral("zelmodel"));
-        writer.setResolution(PdfResolution);
-        writer.setPageSize(
-            QPageSize(QSizeF(m_size) * scale, QPageSize::Point, QString(), QPageSize::ExactMatch));
-        writer.setPageMargins(QMarginsF(0.0, 0.0, 0.0, 0.0));
-        QPainter painter(&writer);
-        painter.setWindow(QRect(QPoint(), m_size));
-        paintOn(&painter, background);
-    }
-    return withoutDate(buffer.data());
 }

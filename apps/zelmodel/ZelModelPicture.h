@@ -1,12 +1,10 @@
 #pragma once
 
+#include "apps/zelmodel/ZelModelDrawing.h"
 #include "apps/zelmodel/ZelModelLookup.h"
 
-#include <QByteArray>
-#include <QColor>
 #include <QRect>
 #include <QSize>
-#include <QString>
 
 #include <functional>
 #include <memory>
@@ -15,25 +13,21 @@
 class QPainter;
 class ZelScene;
 
-/// The picture of one record as vectors: a species, or the species of a reaction with signs between
-/// them. The same record gives the same bytes in every run.
-class ZelModelPicture
+/// The picture of one record: a species, or the species of a reaction with signs between them.
+class ZelModelPicture : public ZelModelDrawing
 {
 public:
     /// A species of a reaction gets this size; an interaction is three times as wide.
     ZelModelPicture(ZelDbSqliteModel *db, const ZelModelFound &found, const QSize &size);
-    ~ZelModelPicture();
+    /// At that zoom and as large as the drawing then is, within the limits; not for reactions.
+    ZelModelPicture(
+        ZelDbSqliteModel *db, const ZelModelFound &found, double zoom, const QSize &limits);
+    ~ZelModelPicture() override;
 
-    /// Whether there is nothing to show.
-    bool isNull() const { return m_size.isEmpty(); }
-    /// In units of the picture, before it is scaled.
-    QSize size() const { return m_size; }
-    void paint(QPainter *painter) const;
-
-    /// As a file's content; an invalid background is transparent, in a PDF white.
-    QByteArray toPng(double scale, const QColor &background) const;
-    QByteArray toSvg(double scale, const QColor &background, const QString &title) const;
-    QByteArray toPdf(double scale, const QColor &background, const QString &title) const;
+    /// Whether the record could be read; one without any parts is null all the same.
+    bool isLoaded() const { return !m_parts.empty(); }
+    QSize size() const override { return m_size; }
+    void paint(QPainter *painter) const override;
 
 private:
     using Paint = std::function<void(QPainter *, const QRect &)>;
@@ -46,15 +40,17 @@ private:
 
     void add(int width, Paint paint);
     void addScene(std::unique_ptr<ZelScene> scene, int width);
+    void addZoomed(std::unique_ptr<ZelScene> scene);
+    void load(const ZelModelFound &found);
     void addAlias(const QString &psiimId);
     void addSign(int sign);
     void addEmptySet(int width);
     void addProductionSymbol();
     void addReaction(const ZelModelFound &found);
-    void paintOn(QPainter *painter, const QColor &background) const;
 
     ZelDbSqliteModel *m_db;
     QSize m_cell;
+    double m_zoom = 0.0; ///< 0: as large as the cell
     QSize m_size;
     std::vector<Part> m_parts;
 };

@@ -1,13 +1,13 @@
 #include "apps/zelmodel/ZelModelCommand.h"
+#include "apps/zelmodel/ZelModelContactMap.h"
 #include "apps/zelmodel/ZelModelLookup.h"
 #include "apps/zelmodel/ZelModelPicture.h"
 #include "apps/zelmodel/ZelModelRun.h"
+#include "apps/zelmodel/ZelModelText.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 namespace {
 
@@ -16,7 +16,6 @@ constexpr int LongestSide = 4000;
 constexpr double LeastScale = 0.05;
 constexpr double GreatestScale = 20.0;
 constexpr double MostPixels = 100e6;
-constexpr qsizetype LongestFileName = 100;
 constexpr int ReactionCells = 5; // an upper bound of a picture's width
 
 /// What the options ask for.
@@ -79,35 +78,12 @@ QString readWish(const ZelModelRun &run, Wish *wish)
     return {};
 }
 
-/// A file name for the id, which may hold anything.
-QString fileName(const QString &id)
-{
-    QString name = QString::fromLatin1(id.toUtf8().toPercentEncoding(QByteArray(), "."));
-    if (name.size() > LongestFileName) {
-        name = name.left(LongestFileName) + u'-'
-            + QString::fromLatin1(
-                QCryptographicHash::hash(id.toUtf8(), QCryptographicHash::Sha1).toHex().left(16));
-    }
-    return name;
-}
-
-QByteArray content(const ZelModelPicture &picture, const Wish &wish, const QString &title)
+QByteArray content(const ZelModelDrawing &picture, const Wish &wish, const QString &title)
 {
     if (wish.format == QLatin1String("png"))
         return picture.toPng(wish.scale, wish.background);
     return wish.format == QLatin1String("svg") ? picture.toSvg(wish.scale, wish.background, title)
                                                : picture.toPdf(wish.scale, wish.background, title);
-}
-
-bool writeFile(ZelModelRun &run, const QString &path, const QByteArray &bytes)
-{
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
-        return true;
-    run.fail(QLatin1String("The picture '%1' cannot be written; check that its folder exists, may "
-                           "be written and has room.")
-                 .arg(path));
-    return false;
 }
 
 int renderOne(ZelModelRun &run, const Wish &wish)
@@ -121,9 +97,23 @@ int renderOne(ZelModelRun &run, const Wish &wish)
                                       "wrong with the model.")
                             .arg(found.record.value(ZelDbColumn::PsiimId)));
     }
-    return writeFile(run, wish.output, content(picture, wish, found.kind->nameOf(found.record)))
+    return run.writeFile(wish.output, content(picture, wish, found.kind->nameOf(found.record)))
         ? ZelModelRun::AllWell
         : ZelModelRun::Failed;
+}
+
+int renderContactMap(ZelModelRun &run, const Wish &wish)
+{
+    const ZelModelContactMap map(&run.db());
+    if (map.isNull())
+        return run.fail(QStringLiteral("The model has no molecules; there is nothing to draw."));
+    const QSizeF size = QSizeF(map.size()) * wish.scale;
+    if (wish.format == QLatin1String("png") && size.width() * size.height() > MostPixels)
+        return run.fail(QStringLiteral("The picture would be too large; give a smaller scale."));
+    const QString title =
+        QLatin1String("Contact map of %1").arg(QFileInfo(run.argument(0)).fileName());
+    return run.writeFile(wish.output, content(map, wish, title)) ? ZelModelRun::AllWell
+                                                                 : ZelModelRun::Failed;
 }
 
 int renderAll(ZelModelRun &run, const Wish &wish)
@@ -132,6 +122,7 @@ int renderAll(ZelModelRun &run, const Wish &wish)
     if (run.isSet("kind") && (!only || !only->hasPicture())) {
         return run.misuse(QLatin1String("There are no pictures of '%1'.").arg(run.value("kind")));
     }
+    const bool isNew = !QFileInfo::exists(wish.output);
     if (!QDir().mkpath(wish.output)) {
         return run.fail(
             QLatin1String("The folder '%1' cannot be made; choose another one.").arg(wish.output));
@@ -150,23 +141,23 @@ int renderAll(ZelModelRun &run, const Wish &wish)
     for (const ZelModelKind &kind : ZelModelKinds::all()) {
         if (!kind.hasPicture() || (only && only != &kind))
             continue;
-        const bool read =
-            run.db().visitRecords(kind.type, kind.readColumns(), [&](const ZelDbRecord &record) {
-                if (!kind.holds(record))
-                    return true;
-                const QString id = record.value(ZelDbColumn::PsiimId);
-                const ZelModelPicture picture(&run.db(), {&kind, record}, wish.size);
-                if (picture.isNull()) {
-                    missing.append(id);
-                } else {
-                    isWritten = writeFile(run,
-                        QDir(wish.output).filePath(fileName(id) + u'.' + wish.format),
-                        content(picture, wish, kind.nameOf(record)));
-                }
-                return isWritten && run.advance(QStringLiteral("Drawing"), ++done, total);
-            });
-        if (!isWritten)
+        const bool read = kind.visit(run.db(), [&](const ZelDbRecord &record) {
+            const QString id = record.value(ZelDbColumn::PsiimId);
+            const ZelModelPicture picture(&run.db(), {&kind, record}, wish.size);
+            if (picture.isNull()) {
+                missing.append(id);
+            } else {
+                isWritten = run.writeFile(
+                    QDir(wish.output).filePath(ZelModelText::fileName(id) + u'.' + wish.format),
+                    content(picture, wish, kind.nameOf(record)));
+            }
+            return isWritten && run.advance(QStringLiteral("Drawing"), ++done, total);
+        });
+        if (!isWritten) {
+            if (isNew)
+                QDir().rmdir(wish.output); // unless it holds pictures that are whole
             return ZelModelRun::Failed;
+        }
         if (ZelModelRun::isInterrupted()) {
             return run.fail(
                 QLatin1String("Interrupted after %1 pictures; the model is as it was before.")
@@ -185,20 +176,32 @@ int renderAll(ZelModelRun &run, const Wish &wish)
 int runRender(ZelModelRun &run)
 {
     const bool all = run.isSet("all");
-    if (all == !run.argument(1).isEmpty())
-        return run.misuse(QStringLiteral("Name one record, or say --all."));
+    const bool map = run.isSet("contact-map");
+    if (int(all) + int(map) + int(!run.argument(1).isEmpty()) != 1)
+        return run.misuse(QStringLiteral("Name one record, or say --all or --contact-map."));
+    if (map && run.isSet("size")) {
+        return run.misuse(QStringLiteral(
+            "A contact map has the size that it needs; say with --scale how large it is drawn."));
+    }
+    if (run.isSet("kind") && !all)
+        return run.misuse(QStringLiteral("A kind is for --all; leave it out for anything else."));
     Wish wish;
     if (const QString problem = readWish(run, &wish); !problem.isEmpty())
         return run.misuse(problem);
     if (!run.openModel(run.argument(0)) || !run.keepsModel(wish.output))
         return ZelModelRun::Failed;
-    run.watchInterrupt();
+    if (map)
+        return renderContactMap(run, wish);
+    if (all)
+        run.watchInterrupt();
     return all ? renderAll(run, wish) : renderOne(run, wish);
 }
 
 constexpr ZelModelOption options[] = {
     {"output", "file", "The picture's file or, with --all, the folder for the pictures.", 'o'},
     {"all", nullptr, "Draw every record that has a picture, each into <id>.<format>.", 'a'},
+    {"contact-map", nullptr,
+        "Draw the whole model: every molecule once, and lines between the sites that may bind."},
     {"kind", "kind", "With --all: only records of this kind, such as species."},
     {"format", "format", "png, svg or pdf; else the file's suffix says so, and svg with --all."},
     {"size", "WxH",
@@ -213,13 +216,16 @@ constexpr ZelModelExample examples[] = {
         "Draw a reaction for a sharp screen."},
     {"zelmodel render --all --kind species --format pdf -o pictures model.zel",
         "Draw all species, each on a page of its own."},
+    {"zelmodel render --contact-map -o map.svg model.zel",
+        "Draw the model's molecules and what may bind what."},
 };
 
 } // namespace
 
 constexpr ZelModelCommand renderCommand = {"render", "<model> [record]", 1, 2,
-    "draw one record or all, as PNG, SVG or PDF",
-    "Draws molecules, interactions, complexes, species, patterns and reactions as they are stored. "
+    "draw one record, all, or the whole model, as PNG, SVG or PDF",
+    "Draws molecules, interactions, complexes, species, patterns and reactions as they are stored, "
+    "or all molecules on one contact map. "
     "The same file gives the same pictures, byte for byte. A picture that exists is replaced once "
     "the new one is whole.",
     options, examples, true, runRender};

@@ -32,8 +32,13 @@ public:
 
     /// False, with a message, when the file is no model that can be read.
     bool openModel(const QString &path);
-    /// False, with a message, when writing that file would overwrite the open model.
+    /// The same for a file beside the open one. A save that was cut short is taken back.
+    static bool openForReading(ZelDbSqlite *file, const QString &path);
+    /// False, with a message, when writing that file would overwrite the open model, or another.
     bool keepsModel(const QString &target);
+    static bool isDatabase(const QString &path);
+    /// All of it or, with a message, nothing; devices and pipes are written as they are.
+    bool writeFile(const QString &path, const QByteArray &bytes);
     ZelDbSqlite &file() { return m_file; }
     ZelDbSqliteModel &db() { return m_db; }
 
@@ -51,6 +56,12 @@ public:
     /// A sentence that is no failure.
     void note(const QString &sentence);
 
+    /// What to say when the output is lost, but what the command was for is done.
+    void setDone(const QString &sentence) { m_done = sentence; }
+    const QString &done() const { return m_done; }
+
+    /// From now on Ctrl-C ends the program, saying that nothing has changed.
+    static void endOnInterrupt();
     /// From now on Ctrl-C no longer ends the program: advance() answers false instead.
     void watchInterrupt();
     static bool isInterrupted();
@@ -65,7 +76,7 @@ private:
     ZelDbSqlite m_file;
     ZelDbSqliteModel m_db{&m_file};
     QElapsedTimer m_sinceProgress;
+    QString m_done;
     bool m_showsProgress = false;
-    bool m_hasProgress = false;
     bool m_hasListed = false;
 };

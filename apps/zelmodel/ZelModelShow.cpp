@@ -5,55 +5,25 @@
 #include "apps/zelmodel/ZelModelSpecies.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
-#include "zelModelSupport/support/zgs.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QStandardItem>
-
-#include <memory>
 
 namespace {
 
 constexpr qsizetype TitleWidth = 18;
 constexpr qsizetype LongestName = 80;
 
-/// The line that lists of records show.
-QString description(const ZelModelFound &found, ZelModelRun &run)
-{
-    const QString id = found.record.value(ZelDbColumn::PsiimId);
-    std::unique_ptr<QStandardItem> item;
-    if (found.kind->listedKind != ZelModelKind::NotListed) {
-        item.reset(zgs::createItem(&run.db(), QSize(), QString(), id, found.kind->listedKind, true,
-            QString(), false, {}, nullptr, {}));
-    } else if (found.kind->type == ZelDb::Deg) {
-        item.reset(zgs::createDegradationItem(&run.db(), QSize(), id, true, QString(), nullptr));
-    }
-    return item
-        ? item->text()
-        : QLatin1String(found.kind->title) + QLatin1String(": ") + found.kind->nameOf(found.record);
-}
-
 QStringList bondTexts(const ZelModelSpecies &species)
 {
     QStringList texts;
-    for (std::size_t m = 0; m < species.mols.size(); ++m) {
-        const ZelModelSpecies::Mol &mol = species.mols[m];
-        for (std::size_t s = 0; s < mol.sites.size(); ++s) {
-            const ZelModelSpecies::Site &site = mol.sites[s];
-            const auto own = std::pair(static_cast<int>(m), static_cast<int>(s));
-            if (site.partnerMol == ZelModelSpecies::None
-                || std::pair(site.partnerMol, site.partnerSite) < own)
-                continue;
-            const ZelModelSpecies::Mol &partner =
-                species.mols[static_cast<std::size_t>(site.partnerMol)];
-            // Molecules by their number, since there may be several of one type.
-            texts.append(
-                QLatin1String("%1 (%2).%3 - %4 (%5).%6")
-                    .arg(mol.type->name, QString::number(m + 1), mol.type->siteName(own.second),
-                        partner.type->name, QString::number(site.partnerMol + 1),
-                        partner.type->siteName(site.partnerSite)));
-        }
+    const auto mol = [&species](int m) { return species.mols[static_cast<std::size_t>(m)].type; };
+    for (const ZelModelSpecies::Bond &bond : species.bonds()) {
+        // Molecules by their number, since there may be several of one type.
+        texts.append(QLatin1String("%1 (%2).%3 - %4 (%5).%6")
+                         .arg(mol(bond.mol1)->name, QString::number(bond.mol1 + 1),
+                             mol(bond.mol1)->siteName(bond.site1), mol(bond.mol2)->name,
+                             QString::number(bond.mol2 + 1), mol(bond.mol2)->siteName(bond.site2)));
     }
     return texts;
 }
@@ -95,7 +65,11 @@ Description describe(ZelModelRun &run, const ZelModelFound &found, const ZelMode
 {
     const QString id = found.record.value(ZelDbColumn::PsiimId);
     Description result;
-    result.headline = description(found, run);
+    result.headline = ZelModelLookup::description(&run.db(), found);
+    if (found.kind->nameOf(found.record).isEmpty() && !found.kind->hasPicture()) {
+        result.headline = QLatin1String(found.kind->title) + QLatin1String(": ")
+            + details.summary(*found.kind, found.record);
+    }
     result.references = run.db().refGetReferences(QLatin1String(found.kind->word), id);
     ZelModelSpeciesReader reader(details.catalog(), run.db());
     if (found.kind->type == ZelDb::Cpx || found.kind->type == ZelDb::Cpa) {
@@ -164,8 +138,12 @@ void writeText(ZelModelRun &run, const ZelModelFound &found, const ZelModelDetai
         line(QStringLiteral("Full name"), found.record.value(ZelDbColumn::Name));
     line(QStringLiteral("Reaction"), details.equation(*found.kind, found.record));
     line(QStringLiteral("Written out"), description.text);
-    for (const ZelModelColumn &column : found.kind->columns)
-        line(QLatin1String(column.title), found.record.value(column.column));
+    for (const ZelModelColumn &column : found.kind->columns) {
+        const QString value = found.record.value(column.column);
+        const QString name = details.nameOf(value);
+        line(QLatin1String(column.title),
+            name.isEmpty() || name == value ? value : QLatin1String("%1 '%2'").arg(value, name));
+    }
     line(QStringLiteral("Sites"), description.sites);
     lines(QStringLiteral("Component"), description.components);
     lines(QStringLiteral("Bond"), description.bonds);

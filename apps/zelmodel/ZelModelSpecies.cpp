@@ -194,6 +194,21 @@ int ZelModelSpecies::bondCount() const
     return ends / 2;
 }
 
+std::vector<ZelModelSpecies::Bond> ZelModelSpecies::bonds() const
+{
+    std::vector<Bond> list;
+    for (int m = 0; m < static_cast<int>(mols.size()); ++m) {
+        const std::vector<Site> &sites = mols[static_cast<std::size_t>(m)].sites;
+        for (int s = 0; s < static_cast<int>(sites.size()); ++s) {
+            const Site &site = sites[static_cast<std::size_t>(s)];
+            if (site.partnerMol != None
+                && std::pair(m, s) < std::pair(site.partnerMol, site.partnerSite))
+                list.push_back({m, s, site.partnerMol, site.partnerSite});
+        }
+    }
+    return list;
+}
+
 QString ZelModelSpecies::text() const
 {
     BondLabels labels;

@@ -34,6 +34,14 @@ struct ZelModelSpecies
         QString compartment;
     };
 
+    struct Bond
+    {
+        int mol1;
+        int site1;
+        int mol2;
+        int site2;
+    };
+
     std::vector<Mol> mols;
 
     /// Adds a molecule of which everything is open.
@@ -41,6 +49,8 @@ struct ZelModelSpecies
     /// False when a place does not exist or has a bond already.
     bool addBond(int mol1, int site1, int mol2, int site2);
     int bondCount() const;
+    /// Each once, in the order of their first ends.
+    std::vector<Bond> bonds() const;
 
     /// In the manner of the BioNetGen language: "A(b!1,s~P).B(a!1)"; what is open is left out.
     QString text() const;

@@ -1,8 +1,13 @@
 #include "apps/zelmodel/ZelModelText.h"
 
+#include <QCryptographicHash>
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace {
+
+constexpr qsizetype LongestFileName = 100;
 
 /// Characters that would steer a terminal or reorder what stands around them.
 bool isSteering(QChar c)
@@ -30,6 +35,8 @@ QString escaped(QChar c)
 
 QString escapedText(const QString &text, bool keepLines)
 {
+    if (std::none_of(text.begin(), text.end(), isSteering))
+        return text;
     QString result;
     result.reserve(text.size());
     for (const QChar c : text) {
@@ -41,10 +48,10 @@ QString escapedText(const QString &text, bool keepLines)
     return result;
 }
 
-QByteArray escapedJson(const QJsonObject &object, QJsonDocument::JsonFormat format)
+QByteArray escapedJson(const QJsonDocument &document, QJsonDocument::JsonFormat format)
 {
     // Outside of texts the document holds nothing that steers but its own line feeds.
-    const QString plain = QString::fromUtf8(QJsonDocument(object).toJson(format));
+    const QString plain = QString::fromUtf8(document.toJson(format));
     QString result;
     result.reserve(plain.size());
     for (const QChar c : plain) {
@@ -83,12 +90,29 @@ QString ZelModelText::padded(const QString &text, qsizetype width)
     return text.leftJustified(qMax(width - 1, text.size())) + u' ';
 }
 
+QString ZelModelText::fileName(const QString &id)
+{
+    QString name = QString::fromLatin1(
+        id.toUtf8().toPercentEncoding(QByteArray(), ".ABCDEFGHIJKLMNOPQRSTUVWXYZ"));
+    if (name.size() > LongestFileName) {
+        name = name.left(LongestFileName) + u'-'
+            + QString::fromLatin1(
+                QCryptographicHash::hash(id.toUtf8(), QCryptographicHash::Sha1).toHex().left(16));
+    }
+    return name;
+}
+
 QByteArray ZelModelText::json(const QJsonObject &object)
 {
-    return escapedJson(object, QJsonDocument::Compact);
+    return escapedJson(QJsonDocument(object), QJsonDocument::Compact);
+}
+
+QByteArray ZelModelText::json(const QJsonArray &array)
+{
+    return escapedJson(QJsonDocument(array), QJsonDocument::Compact);
 }
 
 QByteArray ZelModelText::indentedJson(const QJsonObject &object)
 {
-    return escapedJson(object, QJsonDocument::Indented);
+    return escapedJson(QJsonDocument(object), QJsonDocument::Indented);
 }

@@ -17,9 +17,12 @@ QString shownLines(const QString &text);
 QString shortened(const QString &text, qsizetype length);
 /// Padded with blanks to that width, one blank at least.
 QString padded(const QString &text, qsizetype width);
+/// A file name for an id, which may hold anything; names that differ, differ in more than case.
+QString fileName(const QString &id);
 
 /// On one line, the same characters as JSON escapes.
 QByteArray json(const QJsonObject &object);
+QByteArray json(const QJsonArray &array);
 /// On many lines.
 QByteArray indentedJson(const QJsonObject &object);
 

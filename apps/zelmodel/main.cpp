@@ -9,6 +9,7 @@
 #include <QHashSeed>
 #include <QLoggingCategory>
 
+#include <csignal>
 #include <cstdio>
 #include <memory>
 
@@ -29,7 +30,8 @@ int misuse(const QString &sentence)
     return ZelModelRun::WrongUsage;
 }
 
-int runCommand(const ZelModelCommand &command, const QStringList &arguments)
+/// `done` receives what has been done even if the output is lost.
+int runCommand(const ZelModelCommand &command, const QStringList &arguments, QString *done)
 {
     QCommandLineParser parser;
     parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QString()});
@@ -50,16 +52,20 @@ int runCommand(const ZelModelCommand &command, const QStringList &arguments)
     const qsizetype count = parser.positionalArguments().size();
     if (count < command.leastArguments)
         return run.misuse(QStringLiteral("Something is missing."));
+    if (parser.positionalArguments().contains(QString()))
+        return run.misuse(QStringLiteral("An argument is empty; say what is meant."));
     if (count > command.mostArguments) {
         return run.misuse(QLatin1String("'%1' is too much.")
                               .arg(parser.positionalArguments().at(command.mostArguments)));
     }
+    ZelModelRun::endOnInterrupt();
     const int code = command.run(run);
     run.clearProgress();
+    *done = run.done();
     return code;
 }
 
-int runProgram(const QStringList &arguments)
+int runProgram(const QStringList &arguments, QString *done)
 {
     const QString first = arguments.value(1);
     if (arguments.size() < 2)
@@ -84,7 +90,7 @@ int runProgram(const QStringList &arguments)
         return misuse(QLatin1String("There is no command '%1'.").arg(arguments.at(2)));
     }
     const ZelModelCommand *const command = ZelModelCommands::find(first);
-    return command ? runCommand(*command, arguments.mid(1))
+    return command ? runCommand(*command, arguments.mid(1), done)
                    : misuse(QLatin1String("There is no command '%1'.").arg(first));
 }
 
@@ -113,12 +119,14 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationName(QStringLiteral("Zel"));
     QCoreApplication::setApplicationName(QStringLiteral("zelmodel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZEL_VERSION));
-    const int code = runProgram(QCoreApplication::arguments());
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        print(stderr,
-            QStringLiteral("zelmodel: The output cannot be written; check that its disk "
-                           "has room.\n"));
-        return ZelModelRun::Failed;
-    }
-    return code;
+    // A file that grows too large is an error like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
+    QString done;
+    const int code = runProgram(QCoreApplication::arguments(), &done);
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return code;
+    print(stderr,
+        QLatin1String("zelmodel: The output cannot be written; check that its disk has room%1.\n")
+            .arg(done.isEmpty() ? QString() : QLatin1String("; ") + ZelModelText::shown(done)));
+    return ZelModelRun::Failed;
 }

@@ -1,9 +1,14 @@
 #include "CommandStage.h"
 
+#include "zelDb/ZelDb.h"
+#include "zelDb/ZelDbSqlite.h"
+#include "zelDb/ZelDbSqliteModel.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
@@ -48,9 +53,22 @@ void CommandStage::write(const QString &name, const QByteArray &bytes) const
 
 CommandResult CommandStage::run(const QStringList &arguments) const
 {
+    return start(QStringLiteral(ZELMODEL_BINARY), arguments);
+}
+
+CommandResult CommandStage::shell(const QString &script) const
+{
+    return start(QStringLiteral("sh"), {QStringLiteral("-c"), script});
+}
+
+CommandResult CommandStage::start(const QString &program, const QStringList &arguments) const
+{
     QProcess process;
     process.setWorkingDirectory(m_dir.path());
-    process.start(QStringLiteral(ZELMODEL_BINARY), arguments);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("zelmodel"), QStringLiteral(ZELMODEL_BINARY));
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
     if (!process.waitForFinished(Patience) || process.exitStatus() != QProcess::NormalExit)
         return {};
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
@@ -77,6 +95,37 @@ bool CommandStage::execute(const QString &name, const QStringList &statements) c
     }
     QSqlDatabase::removeDatabase(QStringLiteral("command stage"));
     return good;
+}
+
+bool CommandStage::makeModelCalled(const QString &name, const QString &text) const
+{
+    if (!importModel(name,
+            "begin molecule types\n A(b,s~U)\nend molecule types\n"
+            "begin seed species\n A(b,s~U) 1\nend seed species\n"
+            "begin parameters\n k 1\nend parameters\n"
+            "begin reaction rules\n r: A(b) -> 0 k\nend reaction rules\n"))
+        return false;
+    ZelDbSqlite file;
+    ZelDbSqliteModel db(&file);
+    if (!file.open(path(name)))
+        return false;
+    ZelDbTransaction transaction(&file);
+    const QString mcp = db.molGetListMcpPsiimId("mol1").first();
+    const ZelDbRecord texts{
+        {ZelDbColumn::ShortName, text}, {ZelDbColumn::Name, text}, {ZelDbColumn::Notes, text}};
+    const auto of = [&texts](const QString &id) {
+        ZelDbRecord record = texts;
+        record.insert(ZelDbColumn::PsiimId, id);
+        return record;
+    };
+    ZelDbRecord alias = of("cpa1");
+    alias.insert(ZelDbColumn::CpaShortName, text);
+    alias.remove(ZelDbColumn::ShortName);
+    bool good = db.molInsert(of("mol1")) && db.mcpInsert(of(mcp)) && db.cpaInsert(alias)
+        && db.degInsert(of("deg1")) && db.parInsert(of("par1")) && db.refInsert("mol", "mol1", text)
+        && db.utrInsert({{ZelDbColumn::PsiimId, "utr1"}, {ZelDbColumn::SourceText, text},
+            {ZelDbColumn::Reason, text}});
+    return transaction.commit() && good;
 }
 
 QByteArray CommandStage::source()

@@ -20,41 +20,8 @@ private slots:
     void idsStayInTheFolder();
 
 private:
-    static bool makeModel(const CommandStage &stage, const QString &text);
     static bool isHarmless(const QString &output);
 };
-
-/// A molecule, a complex of it and its alias that are called like the text.
-bool tst_CommandHostileTexts::makeModel(const CommandStage &stage, const QString &text)
-{
-    if (!stage.importModel("m.zel",
-            "begin molecule types\n A(b,s~U)\nend molecule types\n"
-            "begin seed species\n A(b,s~U) 1\nend seed species\n"
-            "begin parameters\n k 1\nend parameters\n"
-            "begin reaction rules\n r: A(b) -> 0 k\nend reaction rules\n"))
-        return false;
-    ZelDbSqlite file;
-    ZelDbSqliteModel db(&file);
-    if (!file.open(stage.path("m.zel")))
-        return false;
-    ZelDbTransaction transaction(&file);
-    const QString mcp = db.molGetListMcpPsiimId("mol1").first();
-    const ZelDbRecord texts{
-        {ZelDbColumn::ShortName, text}, {ZelDbColumn::Name, text}, {ZelDbColumn::Notes, text}};
-    const auto of = [&texts](const QString &id) {
-        ZelDbRecord record = texts;
-        record.insert(ZelDbColumn::PsiimId, id);
-        return record;
-    };
-    ZelDbRecord alias = of("cpa1");
-    alias.insert(ZelDbColumn::CpaShortName, text);
-    alias.remove(ZelDbColumn::ShortName);
-    bool good = db.molInsert(of("mol1")) && db.mcpInsert(of(mcp)) && db.cpaInsert(alias)
-        && db.degInsert(of("deg1")) && db.parInsert(of("par1")) && db.refInsert("mol", "mol1", text)
-        && db.utrInsert({{ZelDbColumn::PsiimId, "utr1"}, {ZelDbColumn::SourceText, text},
-            {ZelDbColumn::Reason, text}});
-    return transaction.commit() && good;
-}
 
 bool tst_CommandHostileTexts::isHarmless(const QString &output)
 {
@@ -81,7 +48,7 @@ void tst_CommandHostileTexts::everyCommandKeepsItsForm()
 {
     QFETCH(const QString, text);
     CommandStage stage;
-    QVERIFY(makeModel(stage, text));
+    QVERIFY(stage.makeModelCalled("m.zel", text));
     QVERIFY(stage.importModel("plain.zel", CommandStage::source()));
     const QList<QStringList> calls{{"list", "m.zel", "all"}, {"list", "--json", "m.zel", "all"},
         {"list", "--json", "--text", "m.zel", "species"}, {"show", "m.zel", "mol1"},
@@ -112,6 +79,11 @@ void tst_CommandHostileTexts::everyCommandKeepsItsForm()
     QString error;
     QVERIFY2(document.setContent(stage.content("a.svg"), &error), qPrintable(error));
     QCOMPARE(document.elementsByTagName("script").size(), 0);
+    QCOMPARE(stage.run({"render", "--contact-map", "-o", "map.svg", "m.zel"}).code, 0);
+    QVERIFY2(document.setContent(stage.content("map.svg"), &error), qPrintable(error));
+    QCOMPARE(document.elementsByTagName("script").size(), 0);
+    QVERIFY(isHarmless(QString::fromUtf8(stage.content("map.svg"))));
+    QVERIFY(stage.content("map.svg").size() < 10000);
 }
 
 void tst_CommandHostileTexts::idsStayInTheFolder()

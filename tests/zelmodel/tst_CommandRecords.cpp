@@ -102,30 +102,54 @@ void tst_CommandRecords::writtenOut()
 
 void tst_CommandRecords::show_data()
 {
+    QTest::addColumn<QByteArray>("source");
     QTest::addColumn<QString>("record");
     QTest::addColumn<QStringList>("expected");
-    QTest::newRow("molecule") << "A"
+    const QByteArray plain = CommandStage::source() + "simulate({method=>\"ode\"})\n";
+    const QByteArray rooms = "begin parameters\n a 1\n b 2*a\nend parameters\n"
+                             "begin compartments\n out 3 a\n in 2 1 out\nend compartments\n"
+                             "begin molecule types\n C(s)\nend molecule types\n"
+                             "begin seed species\n C(s)@in 1\nend seed species\n";
+    QTest::newRow("molecule") << plain << "A"
                               << QStringList{"Molecule: A\n", "Component:       s; states U, P",
                                      "Used by:         complex"};
     QTest::newRow("species by id")
-        << "cpa3"
+        << plain << "cpa3"
         << QStringList{"Complex: A.B   [ Well Defined ]", "Written out:     A(b!1,s~P).B(a!1)",
                "Bond:            A (1).b - B (2).a", "Used by:         seed sed3"};
-    QTest::newRow("association") << "cai1"
+    QTest::newRow("association") << plain << "cai1"
                                  << QStringList{"Association: bind  - - ( rate: kf ", " -> A.B",
                                         "Notes: bind: A(b) + B(a) <-> "};
-    QTest::newRow("site") << "bst1"
+    QTest::newRow("site") << plain << "bst1"
                           << QStringList{"Used by:         complex cpx3 'A.B'",
                                  "Used by:         association cai1 'bind'"};
-    QTest::newRow("parameter") << "kr" << QStringList{"Value:           2"};
+    QTest::newRow("parameter") << plain << "kr"
+                               << QStringList{"Value:           2",
+                                      "Used by:         dissociation cad1 'bind'",
+                                      "Used by:         interaction mli1"};
+    QTest::newRow("feature") << plain << "P"
+                             << QStringList{"Component:       mcp2 'A.s'",
+                                    "Used by:         species cpa3 'A.B'",
+                                    "Used by:         pattern cpa7"};
+    QTest::newRow("seed") << plain << "sed2" << QStringList{"seed: B: 5", "Species: cpa2 'B'"};
+    QTest::newRow("untranslated item")
+        << plain << "utr1" << QStringList{"untranslated item: line 21: simulate"};
+    QTest::newRow("compartment") << rooms << "cmp1"
+                                 << QStringList{"Used by: compartment cmp2 'in'"};
+    QTest::newRow("compartment with a species")
+        << rooms << "cmp2" << QStringList{"Surrounded by: cmp1", "Used by: species cpa1 'C'"};
+    QTest::newRow("parameter of a parameter")
+        << rooms << "a"
+        << QStringList{"Used by: parameter par2 'b'", "Used by: compartment cmp1 'out'"};
 }
 
 void tst_CommandRecords::show()
 {
+    QFETCH(const QByteArray, source);
     QFETCH(const QString, record);
     QFETCH(const QStringList, expected);
     CommandStage stage;
-    QVERIFY(stage.importModel("m.zel", CommandStage::source()));
+    QVERIFY(stage.importModel("m.zel", source));
     const CommandResult result = stage.run({"show", "m.zel", record});
     QCOMPARE(result.code, 0);
     for (const QString &text : expected) {

@@ -34,11 +34,14 @@ void tst_CommandUsage::wrongUsage_data()
     QTest::newRow("option without value") << QStringList{"list", "m.zel", "--name"} << "--name";
     QTest::newRow("no model") << QStringList{"list"} << "Something is missing";
     QTest::newRow("too much") << QStringList{"create", "a.zel", "b.zel"} << "'b.zel' is too much";
+    QTest::newRow("empty argument") << QStringList{"export", "m.zel", ""} << "argument is empty";
     QTest::newRow("unknown kind") << QStringList{"list", "m.zel", "ducks"} << "'ducks'";
     QTest::newRow("in memory") << QStringList{"create", ":memory:"} << "gone at once";
     QTest::newRow("no picture file") << QStringList{"render", "m.zel", "A"} << "--output";
     QTest::newRow("one and all") << QStringList{"render", "--all", "-o", "x", "m.zel", "A"}
                                  << "Name one record";
+    QTest::newRow("kind of one") << QStringList{"render", "--kind", "species", "-o", "x.svg",
+        "m.zel", "A"} << "for --all";
     QTest::newRow("unknown format") << QStringList{"render", "-o", "x.gif", "m.zel", "A"} << "gif";
     QTest::newRow("no size") << QStringList{"render", "-o", "x.png", "--size", "big", "m.zel", "A"}
                              << "400x300";

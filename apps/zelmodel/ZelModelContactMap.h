@@ -1,0 +1,30 @@
+#pragma once
+
+#include "apps/zelmodel/ZelModelDrawing.h"
+
+#include <QRectF>
+
+#include <memory>
+
+class ZelDbSqliteModel;
+class ZelSceneContactMap;
+
+/// The picture of a whole model: every molecule once, and which sites may bind which.
+class ZelModelContactMap : public ZelModelDrawing
+{
+public:
+    /// Null when there are no molecules.
+    explicit ZelModelContactMap(ZelDbSqliteModel *db);
+    ~ZelModelContactMap() override;
+
+    using ZelModelDrawing::toSvg;
+    /// On white, for a page.
+    QByteArray toSvg(const QString &title) const;
+
+    QSize size() const override;
+    void paint(QPainter *painter) const override;
+
+private:
+    std::unique_ptr<ZelSceneContactMap> m_scene;
+    QRectF m_source;
+};
