@@ -26,6 +26,11 @@ QByteArray ZelModelContactMap::toSvg(const QString &title) const
     return toSvg(1.0, Qt::white, title);
 }
 
+int ZelModelContactMap::missingCount() const
+{
+    return m_scene->getMissingCount();
+}
+
 QSize ZelModelContactMap::size() const
 {
     return (m_source.size() * Scale).toSize();

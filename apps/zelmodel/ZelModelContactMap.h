@@ -21,6 +21,9 @@ public:
     /// On white, for a page.
     QByteArray toSvg(const QString &title) const;
 
+    /// How many molecules and bonds of interactions could not be drawn.
+    int missingCount() const;
+
     QSize size() const override;
     void paint(QPainter *painter) const override;
 

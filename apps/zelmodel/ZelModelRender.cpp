@@ -112,8 +112,14 @@ int renderContactMap(ZelModelRun &run, const Wish &wish)
         return run.fail(QStringLiteral("The picture would be too large; give a smaller scale."));
     const QString title =
         QLatin1String("Contact map of %1").arg(QFileInfo(run.argument(0)).fileName());
-    return run.writeFile(wish.output, content(map, wish, title)) ? ZelModelRun::AllWell
-                                                                 : ZelModelRun::Failed;
+    if (!run.writeFile(wish.output, content(map, wish, title)))
+        return ZelModelRun::Failed;
+    if (map.missingCount() == 0)
+        return ZelModelRun::AllWell;
+    run.note(QLatin1String("%1 molecules or bonds cannot be drawn; 'zelmodel check' says what is "
+                           "wrong with the model.")
+                 .arg(QString::number(map.missingCount())));
+    return ZelModelRun::Findings;
 }
 
 int renderAll(ZelModelRun &run, const Wish &wish)

@@ -95,10 +95,12 @@ bool ZelSceneContactMap::load(ZelDbSqliteModel *db)
     const QStringList ids = db->molGetListPsiimId();
     for (const QString &id : ids) {
         auto *const mol = new SdcMol(db, this);
-        if (mol->loadFromDb(id, this))
+        if (mol->loadFromDb(id, this)) {
             m_mols.append(mol);
-        else
+        } else {
             delete mol;
+            ++m_missingCount;
+        }
     }
     loadContacts(db);
     moveToRows();
@@ -113,6 +115,7 @@ void ZelSceneContactMap::clearMap()
         delete mol;
     m_mols.clear();
     m_contacts.clear();
+    m_missingCount = 0;
     m_names.clear();
     m_siteNames.clear();
     m_paths.clear();
@@ -135,6 +138,7 @@ void ZelSceneContactMap::loadContacts(ZelDbSqliteModel *db)
             if (!sites.contains(first) || !sites.contains(second)) {
                 qDebug() << "Warning at bool ZelSceneContactMap::load(ZelDbSqliteModel * db)" << id
                          << "no such binding site:" << (sites.contains(first) ? second : first);
+                ++m_missingCount;
                 continue;
             }
             const QPair<QString, QString> pair(std::min(first, second), std::max(first, second));

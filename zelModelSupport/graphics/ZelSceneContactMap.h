@@ -33,6 +33,9 @@ public:
     /// In the order of creation; null where a host has destroyed one.
     const QList<QPointer<SdcMol>> &getListSdcMol() const { return m_mols; }
     const std::vector<Contact> &contacts() const { return m_contacts; }
+    /// How many molecules and bonds of interactions are left out, since the model does not hold
+    /// what they refer to.
+    int getMissingCount() const { return m_missingCount; }
 
     // For those who place molecules: turn them, choose names, move them, draw.
     /// Finds places for the names anew: within their components where they fit, else beside them.
@@ -73,6 +76,7 @@ private:
 
     QList<QPointer<SdcMol>> m_mols;
     std::vector<Contact> m_contacts;
+    int m_missingCount = 0;
     std::vector<Name> m_names; // in the order of the molecules
     std::vector<Name> m_siteNames;
     std::vector<QPainterPath> m_paths;
