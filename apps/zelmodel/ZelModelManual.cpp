@@ -122,7 +122,7 @@ QString bashCompletion()
         .arg(quoted(names.join(u' ') + QLatin1String(" help --help --version")), cases);
 }
 
-/// A description inside of an option's specification.
+/// A description inside of an option's entry.
 QString zshText(const char *text)
 {
     QString result = QString::fromUtf8(text);
