@@ -161,6 +161,31 @@ private slots:
         mcp.reset();
         QCOMPARE(bstSet->getParentSdcMcp(), nullptr);
     }
+
+    void whatHasMovedBelongsToItsNewComponent()
+    {
+        auto old = std::make_unique<SdcMcp>(nullptr);
+        SdcMcp owner(nullptr);
+        SdcBstSet bstSet(nullptr);
+        SdcMcpTagSet tagSet(nullptr);
+        SdcMcpTag tag(nullptr);
+        for (SdcMcp *mcp : {old.get(), &owner}) {
+            mcp->setSdcBstSet(&bstSet);
+            mcp->setSdcMcpTagSet(&tagSet);
+            tag.setParentSdcMcp(mcp);
+            mcp->addSdcTag(&tag);
+        }
+        QVERIFY(!old->getSdcBstSet() && !old->getSdcMcpTagSet());
+        // A feature that is only listed knows no component, and leaves it all the same.
+        auto *listed = new SdcMcpTag(nullptr);
+        old->addSdcTag(listed);
+        delete listed;
+        QCOMPARE(old->getListSdcMcpTags(), QList<SdcMcpTag *>{&tag});
+        old.reset();
+        QCOMPARE(tag.getParentSdcMcp(), &owner);
+        QCOMPARE(bstSet.getParentSdcMcp(), &owner);
+        QCOMPARE(tagSet.getParentSdcMcp(), &owner);
+    }
 };
 
 ZEL_TEST(tst_SdcLifetime)

@@ -14,6 +14,18 @@
 #include <QDebug>
 #include <QStringList>
 
+namespace {
+
+/// Ends what ties a set or feature to the component, unless it is another one's by now.
+template <typename T>
+void release(T *member, const SdcMcp *mcp)
+{
+    if (member && member->getParentSdcMcp() == mcp)
+        member->setParentSdcMcp(nullptr);
+}
+
+} // namespace
+
 SdcMcp::SdcMcp(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
     : Sdc(zelDbSqliteModel, parent, SdcType::Mcp, QStringLiteral("Molecule component"))
 {
@@ -21,8 +33,8 @@ SdcMcp::SdcMcp(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
 
 SdcMcp::~SdcMcp()
 {
-    for (SdcMcpTag *tag : std::as_const(m_tags))
-        tag->setParentSdcMcp(nullptr);
+    for (const QPointer<SdcMcpTag> &tag : std::as_const(m_tags))
+        release(tag.data(), this);
     removeSdcBstSet();
     removeSdcMcpTagSet();
 }
@@ -77,6 +89,8 @@ void SdcMcp::setSdcBstSet(SdcBstSet *set)
     if (set == m_bstSet)
         return;
     removeSdcBstSet();
+    if (SdcMcp *old = set ? set->getParentSdcMcp() : nullptr; old && old->m_bstSet == set)
+        old->removeSdcBstSet();
     m_bstSet = set;
     if (set)
         set->setParentSdcMcp(this);
@@ -84,8 +98,7 @@ void SdcMcp::setSdcBstSet(SdcBstSet *set)
 
 void SdcMcp::removeSdcBstSet()
 {
-    if (m_bstSet)
-        m_bstSet->setParentSdcMcp(nullptr);
+    release(m_bstSet.data(), this);
     m_bstSet.clear();
 }
 
@@ -99,6 +112,8 @@ void SdcMcp::setSdcMcpTagSet(SdcMcpTagSet *set)
     if (set == m_tagSet)
         return;
     removeSdcMcpTagSet();
+    if (SdcMcp *old = set ? set->getParentSdcMcp() : nullptr; old && old->m_tagSet == set)
+        old->removeSdcMcpTagSet();
     m_tagSet = set;
     if (set)
         set->setParentSdcMcp(this);
@@ -106,8 +121,7 @@ void SdcMcp::setSdcMcpTagSet(SdcMcpTagSet *set)
 
 void SdcMcp::removeSdcMcpTagSet()
 {
-    if (m_tagSet)
-        m_tagSet->setParentSdcMcp(nullptr);
+    release(m_tagSet.data(), this);
     m_tagSet.clear();
 }
 
@@ -132,6 +146,7 @@ void SdcMcp::removeSdcBst(SdcBst *sdcBst)
 
 void SdcMcp::addSdcTag(SdcMcpTag *tag)
 {
+    m_tags.removeAll(nullptr);
     if (tag && !m_tags.contains(tag))
         m_tags.append(tag);
 }
@@ -141,13 +156,24 @@ void SdcMcp::removeSdcTag(SdcMcpTag *tag)
     m_tags.removeAll(tag);
 }
 
+QList<SdcMcpTag *> SdcMcp::getListSdcMcpTags() const
+{
+    QList<SdcMcpTag *> list;
+    list.reserve(m_tags.size());
+    for (const QPointer<SdcMcpTag> &tag : m_tags) {
+        if (tag)
+            list.append(tag);
+    }
+    return list;
+}
+
 bool SdcMcp::isUniqueTag(const QString &name, SdcMcpTag *except) const
 {
     const QString wanted = name.trimmed();
     if (wanted.isEmpty())
         return false;
-    return std::none_of(m_tags.cbegin(), m_tags.cend(), [&](SdcMcpTag *tag) {
-        return tag != except && tag->getProperty(SdcProperty::ShortName).trimmed() == wanted;
+    return std::none_of(m_tags.cbegin(), m_tags.cend(), [&](const QPointer<SdcMcpTag> &tag) {
+        return tag && tag != except && tag->getProperty(SdcProperty::ShortName).trimmed() == wanted;
     });
 }
 
@@ -259,7 +285,7 @@ void SdcMcp::updateStickyFromDbAsActivated()
         m_zelEllipseItemMcp->removeStateSticky(sticky);
     }
     m_zelEllipseItemMcp->setStickyOrder(ordered);
-    QList<SdcMcpTag *> tags;
+    QList<QPointer<SdcMcpTag>> tags;
     for (ZelRectItemMcpSticky *sticky : std::as_const(ordered)) {
         sticky->setStateType(ComponentStateOn, false);
         if (SdcMcpTag *tag = sticky->getSdcMcpTag(); tag && m_tags.contains(tag))

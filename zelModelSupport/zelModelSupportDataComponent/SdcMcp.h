@@ -30,7 +30,7 @@ public:
     /// Type 0 steps to the next side, 1 to the one before, 2 mirrors.
     void changeTagDirectionCode(int directionChageType);
 
-    /// Sets are not owned; a set that dies leaves its component.
+    /// Sets are not owned; a set that dies, or becomes another component's, leaves its component.
     SdcBstSet *getSdcBstSet() const;
     void setSdcBstSet(SdcBstSet *set);
     void removeSdcBstSet();
@@ -40,9 +40,10 @@ public:
     void addSdcBst(SdcBst *sdcBst);
     /// Takes the site out, unowned afterwards, and emits sdcBstRemoved().
     void removeSdcBst(SdcBst *sdcBst);
+    /// Lists the feature, unowned, and does not become its component; one that dies leaves.
     void addSdcTag(SdcMcpTag *tag);
     void removeSdcTag(SdcMcpTag *tag);
-    QList<SdcMcpTag *> getListSdcMcpTags() const { return m_tags; }
+    QList<SdcMcpTag *> getListSdcMcpTags() const;
     /// True when the trimmed name is not empty and no tag other than except carries it.
     bool isUniqueTag(const QString &name, SdcMcpTag *except) const;
     /// Makes a feature with its sticky and lays the row out; needs an ellipse item.
@@ -85,5 +86,5 @@ private:
     double m_tagGap = 2.0;
     QPointer<SdcBstSet> m_bstSet;
     QPointer<SdcMcpTagSet> m_tagSet;
-    QList<SdcMcpTag *> m_tags;
+    QList<QPointer<SdcMcpTag>> m_tags; // one that is only listed dies without leaving the list
 };
