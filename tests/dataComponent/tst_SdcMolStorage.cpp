@@ -24,8 +24,7 @@ SdcMol *fullMolecule(ZelDbSqliteModel *db, ZelScene *scene = nullptr)
     SdcMol *const mol = ZelTree::molecule(db, "EGFR \"x\" <&>",
         {{"L1", {}, 2}, {"TK", {"Y1068", "Y1173 'b'"}, 3}, {"tail", {"P"}, 0}}, scene);
     const QHash<int, QString> properties{{3, "receptor\nof two lines"}, {4, "1.5"}, {5, "1.00e-03"},
-        {6, "7"}, {11, "notes \u03b2"}, {20, "#aabbcc"}, {21, "doi:1"},
-        {25, "Membrane Associated"}};
+        {6, "7"}, {11, "notes \u03b2"}, {21, "doi:1"}, {25, "Membrane Associated"}};
     for (auto it = properties.cbegin(); it != properties.cend(); ++it)
         mol->setProperty(it.key(), it.value());
     mol->setMolColor("#aabbcc");

@@ -74,7 +74,6 @@ void ZelScene::changeMolColor(const QPointF &p)
         return;
     const Change change(this);
     mol->setMolColor(color.name());
-    mol->setProperty(SdcProperty::Color, color.name());
 }
 
 void ZelScene::slotChangeMolColor()

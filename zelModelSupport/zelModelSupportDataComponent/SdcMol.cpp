@@ -144,6 +144,7 @@ void SdcMol::setMolColor(const QString &name)
         setBrushColor(bst->getZelEllipseItemBst(), color);
         bst->updateDisplayBstBindingStatus(); // the mark's pens depend on the brush
     }
+    setProperty(SdcProperty::Color, color.name());
 }
 
 void SdcMol::showIndexCode(bool show, const QString &code, int count)

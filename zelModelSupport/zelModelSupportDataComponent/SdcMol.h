@@ -33,7 +33,8 @@ public:
 
     /// The colour that is drawn: the first component's brush; invalid without component or item.
     QColor getMolColor();
-    /// Repaints components and sites; a text that names no colour changes nothing.
+    /// Repaints components and sites, and makes it the colour that is stored; a text that names no
+    /// colour changes nothing.
     void setMolColor(const QString &name);
     QColor getMolDefaultColor() const { return m_defaultColor; }
     /// Lays a translucent plate with the code's number over the drawing; its hue is the code-th of
