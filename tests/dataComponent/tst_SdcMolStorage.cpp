@@ -200,6 +200,38 @@ private slots:
         deleteItems(mol.get());
     }
 
+    void featuresOfOneNameAreRefused_data()
+    {
+        rows<bool>({"isRenamed"}, {{"renamed to another one's", {true}}, {"added", {false}}});
+    }
+
+    void featuresOfOneNameAreRefused()
+    {
+        QFETCH(bool, isRenamed);
+        Model model;
+        const std::unique_ptr<SdcMol> mol(fullMolecule(&model.db));
+        if (isRenamed)
+            QVERIFY(mol->saveToDb());
+        const QString id = mol->getPsiimId();
+        SdcMcp *const mcp = mol->getSdcMcpAtIndex(1);
+        if (isRenamed)
+            mcp->getListSdcMcpTags().at(1)->setProperty(2, "Y1068");
+        else
+            mcp->addTag("Y1068", "red");
+        mol->setProperty(2, "other");
+        QVERIFY(!mol->saveToDb());
+        QCOMPARE(takeDebugText(),
+            "Error found at bool SdcMol::saveToDb(): component 'TK' has two features named "
+            "'Y1068', rename one of them");
+        // Nothing is written and nothing is given.
+        QCOMPARE(mol->getPsiimId(), id);
+        QCOMPARE(model.db.molGetHashInfo(id).value(4), isRenamed ? "EGFR \"x\" <&>" : QString());
+        mcp->getListSdcMcpTags().constLast()->setProperty(2, "third");
+        QVERIFY(mol->saveToDb());
+        QCOMPARE(model.db.mcpGetOrderedStateNames(mcp->getPsiimId()).constLast(), "third");
+        deleteItems(mol.get());
+    }
+
     void damagedLayouts_data()
     {
         const QString begin = QStringLiteral("<schema><mol psiimId='mol1'>");

@@ -309,6 +309,26 @@ void SdcMol::setAllMcpFeatureValue(ComponentStateType value)
         mcp->setAllMcpFeatureValue(value);
 }
 
+QString SdcMol::storageObstacle()
+{
+    const QList<SdcMcp *> mcps = getListSdcMcp();
+    for (SdcMcp *mcp : mcps) {
+        QSet<QString> names;
+        const QList<SdcMcpTag *> tags = mcp->getListSdcMcpTags();
+        for (const SdcMcpTag *tag : tags) {
+            ZelRectItemMcpSticky *const sticky = tag->getZelRectItemMcpSticky();
+            if (!sticky) // only what is drawn is stored
+                continue;
+            if (names.contains(sticky->getName()))
+                return QStringLiteral(
+                    "component '%1' has two features named '%2', rename one of them")
+                    .arg(mcp->getProperty(SdcProperty::ShortName), sticky->getName());
+            names.insert(sticky->getName());
+        }
+    }
+    return {};
+}
+
 void SdcMol::adoptItemInNoScene(ZelEllipseItemMcp *item)
 {
     if (item && !m_itemsInNoScene.contains(item))

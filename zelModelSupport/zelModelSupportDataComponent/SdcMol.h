@@ -45,7 +45,8 @@ public:
     /// Writes the molecule and all it holds, giving ids to what has none, and removes stored parts
     /// that it no longer holds. False when a statement failed or when such a part is still used;
     /// the database model's error text says why. The statements run in one transaction, nested in
-    /// the host's if there is one.
+    /// the host's if there is one. False, too, with the reason as debug line and nothing changed,
+    /// while two features of a component have one name: stored by name, they would become one.
     bool saveToDb();
     /// Builds the molecule from its records and its layout element, shifted by refPos. Without a
     /// scene the same items are made in none; the molecule then deletes those that no scene has
@@ -83,6 +84,8 @@ private:
     friend class SdcMolLoader;
     friend class ZelSceneSideWindow;
 
+    /// Why the molecule cannot be stored as it is, as far as that is known without the database.
+    QString storageObstacle();
     bool loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
         const QPointF &refPos, bool limited);
     void deleteItemsInNoScene();

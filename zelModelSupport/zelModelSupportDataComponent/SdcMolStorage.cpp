@@ -400,8 +400,10 @@ private:
 bool SdcMol::saveToDb()
 {
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    if (!db || !db->database()) {
-        qDebug() << "Error found at bool SdcMol::saveToDb(): no database";
+    const bool isOpen = db && db->database();
+    const QString obstacle = isOpen ? storageObstacle() : QStringLiteral("no database");
+    if (!obstacle.isEmpty()) {
+        qDebug().noquote() << "Error found at bool SdcMol::saveToDb():" << obstacle;
         return false;
     }
     ZelDbTransaction transaction(db->database());
