@@ -8,6 +8,8 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
+#include <QGraphicsTextItem>
+
 #include <memory>
 
 namespace {
@@ -57,6 +59,11 @@ private slots:
         QCOMPARE(c->getListSdcBst().first()->getDisplayIndex(), 1);
         mol->switchChildrenBetween2Indices(0, 2);
         QCOMPARE(a->getListSdcBst().first()->getDisplayIndex(), 1);
+        mol->updatePosIndex();
+        QCOMPARE(numbers(mol.get()), "1 2 3 4 5");
+        // Once there is an item for the label, what it shows is the label.
+        c->getListSdcBst().first()->getZelEllipseItemBst()->getBstLabelItem()->setPlainText("x");
+        QCOMPARE(c->getListSdcBst().first()->getBstLabelText(), "x");
         mol->updatePosIndex();
         QCOMPARE(numbers(mol.get()), "1 2 3 4 5");
     }

@@ -78,6 +78,11 @@ QGraphicsTextItem *ZelEllipseItemBst::getBstLabelItem()
     return m_labelItem;
 }
 
+QString ZelEllipseItemBst::getLabel() const
+{
+    return m_labelItem ? m_labelItem->toPlainText() : m_label;
+}
+
 void ZelEllipseItemBst::setLabel(const QString &text)
 {
     if (text == m_label && !m_labelItem)

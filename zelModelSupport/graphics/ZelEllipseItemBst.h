@@ -26,8 +26,8 @@ public:
     void setSdcBst(SdcBst *sdcBst);
     /// The label as an item of its own, made on the first call; a child of this item.
     QGraphicsTextItem *getBstLabelItem();
-    /// The label's text, without making the item.
-    QString getLabel() const { return m_label; }
+    /// The label's text, without making the item; once that is made, the text that it shows.
+    QString getLabel() const;
     /// Sets the label at the largest font size that fits the site.
     void setLabel(const QString &text);
     /// The site's status; unspecified without a site.
