@@ -86,8 +86,10 @@ private slots:
         QCOMPARE(mli->getListSdcBstBstMliFromListSdcBstBst({other, a, b, nullptr}),
             QList<SdcBstBstMli *>({&bond}));
         QVERIFY(mli->getListSdcBstBstMliFromListSdcBstBst({other}).isEmpty());
-        QVERIFY(mli->getListZelLineItemBstBstMliFromListSdcBst({a}).isEmpty());
-        QCOMPARE(mli->getZelLineItemBstBstMliIndex(nullptr), -1);
+        // A bond without a line has null for one.
+        QCOMPARE(mli->getListZelLineItemBstBstMliFromListSdcBst({a}),
+            QList<ZelLineItemBstBstMli *>{nullptr});
+        QCOMPARE(mli->getZelLineItemBstBstMliIndex(nullptr), 0);
         for (const int index : {-1, 1})
             QVERIFY(!mli->getZelLineItemBstBstMliFromIndex(index)
                 && !mli->getSdcBstBstFromIndex(index));
@@ -160,7 +162,7 @@ private slots:
                 {"no bond", {"no bond", false, before}}, {"null bond", {"null", false, ",,,,,"}},
                 {"one site", {"one site", false, ",,,,,"}},
                 {"a site without id", {"no id", false, ",,,,,"}},
-                {"no database", {"no database", false, before}}});
+                {"no database", {"no database", false, ",1,2,old,old,old"}}});
     }
 
     void takesItsPropertiesFromTheDatabase()

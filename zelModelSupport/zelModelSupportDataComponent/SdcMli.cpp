@@ -77,9 +77,8 @@ ZelLineItemBstBstMli *SdcMli::getZelLineItemBstBstMliFromIndex(int index) const
 
 int SdcMli::getZelLineItemBstBstMliIndex(ZelLineItemBstBstMli *item) const
 {
-    const auto at = std::find_if(m_bonds.cbegin(), m_bonds.cend(), [item](SdcBstBstMli *bond) {
-        return item && bond && bond->getZelLineItemBstBstMli() == item;
-    });
+    const auto at = std::find_if(m_bonds.cbegin(), m_bonds.cend(),
+        [item](SdcBstBstMli *bond) { return bond && bond->getZelLineItemBstBstMli() == item; });
     return at == m_bonds.cend() ? -1 : static_cast<int>(at - m_bonds.cbegin());
 }
 
@@ -133,10 +132,8 @@ QList<ZelLineItemBstBstMli *> SdcMli::getListZelLineItemBstBstMliFromListSdcBst(
 {
     QList<ZelLineItemBstBstMli *> list;
     const QList<SdcBstBstMli *> bonds = getListSdcBstBstMliFromListSdcBstBst(sites);
-    for (SdcBstBstMli *bond : bonds) {
-        if (ZelLineItemBstBstMli *line = bond->getZelLineItemBstBstMli())
-            list.append(line);
-    }
+    for (SdcBstBstMli *bond : bonds)
+        list.append(bond->getZelLineItemBstBstMli());
     return list;
 }
 
@@ -174,10 +171,9 @@ bool SdcMli::updateMliPropertyFromDb()
         return false;
     }
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    if (!db)
-        return false;
-    const ZelDbRecord record =
-        db->mliGetHashInfo(sites.at(0)->getPsiimId(), sites.at(1)->getPsiimId());
+    const ZelDbRecord record = db
+        ? db->mliGetHashInfo(sites.at(0)->getPsiimId(), sites.at(1)->getPsiimId())
+        : ZelDbRecord();
     setProperty(SdcProperty::PsiimId, record.value(ZelDbColumn::PsiimId));
     if (getPsiimId().isEmpty())
         return false;

@@ -39,10 +39,11 @@ public:
 
     /// The bonds that hold any of the sites, in the order of the bonds.
     QList<SdcBstBstMli *> getListSdcBstBstMliFromListSdcBstBst(const QList<SdcBst *> &sites) const;
+    /// Their lines, as many: null for a bond that has none.
     QList<ZelLineItemBstBstMli *> getListZelLineItemBstBstMliFromListSdcBst(
         const QList<SdcBst *> &sites) const;
-    /// The site with the id in the molecule at that position (a text, counted from 0): the last one
-    /// of the first component that has it.
+    /// The site with the id in the molecule at that position (a text, counted from 0; what is no
+    /// number counts as 0): the last one of the first component that has it.
     SdcBst *getSdcBstFromMolPosBstId(const QString &molPos, const QString &bstId);
 
     /// Whether there is one bond and both rates are given.
