@@ -2,11 +2,14 @@
 
 #include "support/ZelTest.h"
 
+#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+
+#include <QBrush>
 
 #include <functional>
 #include <memory>
@@ -56,6 +59,49 @@ private slots:
         QVERIFY(!bond->getParentSdc());
         QCOMPARE(cpx->getSdcBstBstCpxIndex(bond), -1);
         QVERIFY(!cpx->getSdcBstBstCpxFromIndex(0));
+    }
+
+    void aSiteIsMarkedAsItsBondSays()
+    {
+        CpxStage stage;
+        const auto cpx = make(stage, "AB", {{{0, 0}, {1, 0}}});
+        SdcBstBstCpx *const bond = cpx->getListSdcBstBstCpx().value(0);
+        SdcBst *const a = CpxStage::site(cpx.get(), {0, 0});
+        const auto isMarkedBound = [a] {
+            return a->getZelEllipseItemBst()->getBindStatusItem()->brush().color() == Qt::gray;
+        };
+        cpx->setBstBindingStatusEnabled(true);
+        a->updateDisplayBstBindingStatus();
+        QVERIFY(isMarkedBound());
+        bond->removeSdcBst(a);
+        QVERIFY(!isMarkedBound());
+        bond->addSdcBst(a);
+        QVERIFY(isMarkedBound());
+        delete bond;
+        QVERIFY(!isMarkedBound());
+    }
+
+    void findsASiteByMoleculeAndId_data()
+    {
+        rows<QString, QString, bool>({"molPos", "bstId", "isFound"},
+            {{"the first molecule", {"0", "x", true}}, {"no number means it", {"one", "x", true}},
+                {"before it", {"-1", "x", false}}, {"behind the last", {"1", "x", false}},
+                {"no id", {"0", "", false}}, {"unknown id", {"0", "y", false}}});
+    }
+
+    void findsASiteByMoleculeAndId()
+    {
+        QFETCH(QString, molPos);
+        QFETCH(QString, bstId);
+        CpxStage stage;
+        const auto cpx = make(stage, "A", {});
+        SdcBst *const first = CpxStage::site(cpx.get(), {0, 0});
+        for (SdcBst *site : cpx->getListSdcBst())
+            site->setProperty(SdcProperty::PsiimId, "x");
+        CpxStage::site(cpx.get(), {0, 2})->setProperty(SdcProperty::PsiimId, QString());
+        SdcBst *const found = cpx->getSdcBstFromMolPosBstId(molPos, bstId);
+        QTEST(found == first, "isFound");
+        QVERIFY(found == first || !found);
     }
 
     void knowsRings_data()
@@ -160,7 +206,24 @@ private slots:
                 {"bond dies", {Change([](CpxStage &, SdcCpx *cpx) {
                      delete cpx->getSdcBstBstCpxFromIndex(0);
                  })}},
-                {"reset", {Change([](CpxStage &, SdcCpx *cpx) { cpx->reset(); })}}});
+                {"bond loses a site", {Change([](CpxStage &, SdcCpx *cpx) {
+                     cpx->getSdcBstBstCpxFromIndex(0)->removeSdcBst(CpxStage::site(cpx, {0, 0}));
+                 })}},
+                {"bond gains a site", {Change([](CpxStage &, SdcCpx *cpx) {
+                     SdcBst *const site = CpxStage::site(cpx, {0, 0});
+                     cpx->getSdcBstBstCpxFromIndex(0)->removeSdcBst(site);
+                     cpx->setSpecisStaticSymmetryState(SdcCpx::AsymmetricSpecies);
+                     cpx->getSdcBstBstCpxFromIndex(0)->addSdcBst(site);
+                 })}},
+                {"site dies", {Change([](CpxStage &, SdcCpx *cpx) {
+                     delete CpxStage::site(cpx, {0, 1});
+                 })}},
+                {"reset", {Change([](CpxStage &, SdcCpx *cpx) { cpx->reset(); })}},
+                {"reset without bonds", {Change([](CpxStage &, SdcCpx *cpx) {
+                     cpx->removeSdcBstBstCpx(cpx->getSdcBstBstCpxFromIndex(0));
+                     cpx->setSpecisStaticSymmetryState(SdcCpx::AsymmetricSpecies);
+                     cpx->reset();
+                 })}}});
     }
 
     void forgetsItsSymmetryWithEachChange()

@@ -20,7 +20,7 @@ SdcBst::~SdcBst()
 {
     const QList<SdcBstBst *> bonds = m_bonds;
     for (SdcBstBst *bond : bonds)
-        bond->removeSdcBst(this);
+        bond->forgetSdcBst(this);
 }
 
 SdcMcp *SdcBst::getParentMcp()

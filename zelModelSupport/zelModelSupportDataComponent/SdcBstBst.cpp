@@ -66,17 +66,39 @@ void SdcBstBst::addSdcBst(SdcBst *sdcBst)
     if (!sdcBst->m_bonds.contains(this))
         sdcBst->m_bonds.append(this);
     follow(sdcBst);
+    if (noteSitesChanged())
+        sdcBst->updateDisplayBstBindingStatus();
 }
 
 void SdcBstBst::removeSdcBst(SdcBst *sdcBst)
 {
     if (!hasSdcBst(sdcBst))
         return;
+    if (forgetSdcBst(sdcBst))
+        sdcBst->updateDisplayBstBindingStatus();
+}
+
+bool SdcBstBst::forgetSdcBst(SdcBst *sdcBst)
+{
     if (m_line)
         m_line->keepEnds();
     std::fill(std::remove(m_sites.begin(), m_sites.end(), sdcBst), m_sites.end(), nullptr);
     unfollow(sdcBst);
     sdcBst->m_bonds.removeAll(this);
+    return noteSitesChanged();
+}
+
+// What a complex looks like from its molecules hangs on the sites that its bonds join.
+bool SdcBstBst::noteSitesChanged()
+{
+    bool isListed = false;
+    for (const QPointer<Sdc> &holder : std::as_const(m_holders)) {
+        if (SdcCpx *cpx = holder ? holder->toSdcCpx() : nullptr) {
+            cpx->setSpecisStaticSymmetryState(SdcCpx::SymmetryUnknown);
+            isListed = true;
+        }
+    }
+    return isListed;
 }
 
 SdcBst *SdcBstBst::getPartnerSdcBst(SdcBst *sdcBst) const

@@ -55,6 +55,11 @@ private:
     friend class SdcCxi;
     friend class SdcMli;
 
+    /// removeSdcBst() without redrawing the site, which may be dying. True when a complex lists the
+    /// bond.
+    bool forgetSdcBst(SdcBst *sdcBst);
+    /// Tells the complexes that list the bond; true when there is one.
+    bool noteSitesChanged();
     void follow(SdcBst *sdcBst);
     void unfollow(SdcBst *sdcBst);
     void updateLineEnds();

@@ -253,9 +253,12 @@ void Sdc::setChildrenList(const QList<Sdc *> &list)
     childListChangedFrom(0);
 }
 
-// The running numbers of a molecule's sites hang on its components and on how many sites each has.
+// The running numbers of a molecule's sites hang on its components and on how many sites each has,
+// what its complex looks like on the sites themselves.
 void Sdc::childListChangedFrom(int index)
 {
+    if (SdcCpx *cpx = getParentSdcCpx())
+        cpx->setSpecisStaticSymmetryState(SdcCpx::SymmetryUnknown);
     if (SdcMol *mol = toSdcMol()) {
         mol->siteCountsChangedFrom(index);
     } else if (isSdcMcp()) {

@@ -104,9 +104,8 @@ QList<SdcBstBstCpx *> SdcCpx::getListSdcBstBstCpxFromListSdcBst(const QList<SdcB
 
 SdcBst *SdcCpx::getSdcBstFromMolPosBstId(const QString &molPos, const QString &bstId)
 {
-    bool isNumber = false;
-    Sdc *const child = getChildSdcAtIndex(molPos.toInt(&isNumber));
-    if (!isNumber || !child || bstId.isEmpty())
+    Sdc *const child = getChildSdcAtIndex(molPos.toInt());
+    if (!child || bstId.isEmpty())
         return nullptr;
     const QList<SdcBst *> sites = child->getListSdcBst();
     const auto at = std::find_if(sites.cbegin(), sites.cend(),
@@ -379,6 +378,7 @@ void SdcCpx::reset()
         removeSdcBstBstCpx(bond);
     m_listMolPrevIndices.clear();
     Sdc::reset();
+    m_specisStaticSymmetryState = SymmetryUnknown;
 }
 
 bool SdcCpx::isEmpty()

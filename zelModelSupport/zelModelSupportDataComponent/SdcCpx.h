@@ -44,7 +44,8 @@ public:
     /// The bonds that hold any of the sites, in the order of the bonds.
     QList<SdcBstBstCpx *> getListSdcBstBstCpxFromListSdcBst(const QList<SdcBst *> &sites) const;
 
-    /// The first site with the id in the molecule at that position (a text, counted from 0).
+    /// The first site with the id in the molecule at that position (a text, counted from 0; what is
+    /// no number counts as 0).
     SdcBst *getSdcBstFromMolPosBstId(const QString &molPos, const QString &bstId);
     /// Makes the bonds that are stored for this complex, in the scene or, without one, as objects
     /// of this complex's own. Unless forced, only sites that are drawn next to each other are

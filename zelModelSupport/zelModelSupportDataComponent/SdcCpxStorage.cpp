@@ -99,14 +99,14 @@ QString SdcCpx::getDefaultSpeciesName()
 
 bool SdcCpx::saveToDbCpx()
 {
-    ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    if (!db || !db->database()) {
-        qDebug() << "Error found at bool SdcCpx::saveToDb(): no database";
-        return false;
-    }
     if (!areAllConnected()) {
         qDebug() << "Warning at bool SdcCpx::saveToDb(), Complex component are not all connected. "
                     "Can't save.";
+        return false;
+    }
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    if (!db || !db->database()) {
+        qDebug() << "Error found at bool SdcCpx::saveToDb(): no database";
         return false;
     }
     reRankMols(false, false);
