@@ -3,10 +3,8 @@
 // display.
 #include <zelDb/ZelDbSqlite.h>
 #include <zelDb/ZelDbSqliteModel.h>
-#include <zelModelSupport/graphics/ZelEllipseItemBst.h>
 #include <zelModelSupport/graphics/ZelEllipseItemMcp.h>
 #include <zelModelSupport/graphics/ZelSceneMol.h>
-#include <zelModelSupport/zelModelSupportDataComponent/SdcBst.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMcp.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMol.h>
 #include <zelShare/ZelShareGui.h>
@@ -36,7 +34,7 @@ struct Domain
 };
 
 /// A receptor: its domains side by side, each with its features and binding sites.
-void draw(SdcMol &receptor, ZelSceneMol &scene, ZelDbSqliteModel *db)
+void draw(SdcMol &receptor, ZelSceneMol &scene)
 {
     const Domain domains[] = {{"ligand-binding", {104, 80}, {180, 90}, {}},
         {"transmembrane", {64, 36}, {270}, {}},
@@ -46,20 +44,16 @@ void draw(SdcMol &receptor, ZelSceneMol &scene, ZelDbSqliteModel *db)
     ZelEllipseItemMcp *before = nullptr;
     for (const Domain &domain : domains) {
         const double left = before ? before->sceneBoundingRect().right() + 16.0 : 0.0;
-        ZelEllipseItemMcp *const item =
-            scene.addMcp(QRectF(QPointF(left, -domain.size.height() / 2.0), domain.size));
-        auto *const mcp = new SdcMcp(db);
+        SdcMcp *const mcp = scene.addSdcMcp(
+            &receptor, QRectF(QPointF(left, -domain.size.height() / 2.0), domain.size));
         mcp->setProperty(SdcProperty::ShortName, domain.name);
-        item->setSdcMcp(mcp);
-        receptor.addSdcMcp(mcp);
+        ZelEllipseItemMcp *const item = mcp->getZelEllipseItemMcp();
         for (const Feature &feature : domain.features)
             mcp->addTag(feature.name, feature.color);
         for (const double angle : domain.siteAngles) {
             QRectF place(0.0, 0.0, 14.0, 14.0);
             place.moveCenter(ZelShareGui::getAttachScenePoint(item, nullptr, angle));
-            auto *const bst = new SdcBst(db);
-            scene.addBst(place, item)->setSdcBst(bst);
-            mcp->addSdcBst(bst);
+            scene.addSdcBst(mcp, place);
         }
         if (before)
             scene.drawBackBones(before, item);
@@ -92,7 +86,7 @@ int main(int argc, char **argv)
     {
         ZelSceneMol scene(nullptr);
         SdcMol receptor(&db);
-        draw(receptor, scene, &db);
+        draw(receptor, scene);
         if (!receptor.saveToDb())
             return fail(db.errorText());
         id = receptor.getPsiimId();

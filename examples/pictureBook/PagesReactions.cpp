@@ -68,10 +68,8 @@ private:
         for (qsizetype i = 0; i < mcps.size(); ++i) {
             QRectF rect(QPointF(), mcps.at(i).second);
             rect.moveCenter(mcps.at(i).first);
-            ZelEllipseItemMcp *const item = scene.addMcp(rect);
-            auto *const mcp = new SdcMcp(&db);
-            item->setSdcMcp(mcp);
-            mol.addSdcMcp(mcp);
+            SdcMcp *const mcp = scene.addSdcMcp(&mol, rect);
+            ZelEllipseItemMcp *const item = mcp->getZelEllipseItemMcp();
             scene.moveItemToAngle(
                 scene.addSdcBst(mcp)->getZelEllipseItemBst(), item, siteAngles.at(i));
             if (before) {
@@ -116,7 +114,7 @@ private:
         }
         const QList<SdcBst *> sites = cpx.getListSdcBst();
         if (mols.size() > 1)
-            cpx.addSdcBstBstCpx(scene.addSdcBstBstCpx(sites.at(0), sites.at(1)));
+            scene.addSdcBstBstCpx(&cpx, sites.at(0), sites.at(1));
         const QString stored = db.cpxGetPsiimIdFromFingerPrint(cpx.getCpxFingerPrint());
         if (stored.isEmpty())
             cpx.saveToDbCpx();

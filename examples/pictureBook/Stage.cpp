@@ -54,12 +54,7 @@ SdcCpx *Stage::addCpx(const QString &name, const QList<SdcMol *> &mols)
 
 SdcMcp *Stage::addMcp(SdcMol *mol, const QPointF &centre, const QSizeF &size)
 {
-    ZelEllipseItemMcp *const item = m_scene.addMcp(centredAt(centre, size));
-    item->setBrush(QColor(mol->getProperty(SdcProperty::Color)));
-    auto *const mcp = new SdcMcp(nullptr);
-    item->setSdcMcp(mcp);
-    mol->addSdcMcp(mcp);
-    return mcp;
+    return m_scene.addSdcMcp(mol, centredAt(centre, size));
 }
 
 SdcMcp *Stage::addMcp(const QPointF &centre, const QSizeF &size, const QColor &color)
@@ -69,15 +64,8 @@ SdcMcp *Stage::addMcp(const QPointF &centre, const QSizeF &size, const QColor &c
 
 SdcBst *Stage::addBst(SdcMcp *mcp, double angle, double diameter)
 {
-    ZelEllipseItemMcp *const mcpItem = itemOf(mcp);
-    const QPointF place = ZelShareGui::getAttachScenePoint(mcpItem, nullptr, angle);
-    ZelEllipseItemBst *const item =
-        m_scene.addBst(centredAt(place, QSizeF(diameter, diameter)), mcpItem);
-    item->setBrush(mcpItem->brush());
-    auto *const bst = new SdcBst(nullptr);
-    item->setSdcBst(bst);
-    mcp->addSdcBst(bst);
-    return bst;
+    const QPointF place = ZelShareGui::getAttachScenePoint(itemOf(mcp), nullptr, angle);
+    return m_scene.addSdcBst(mcp, centredAt(place, QSizeF(diameter, diameter)));
 }
 
 ZelRectItemMcpSticky *Stage::addFeature(

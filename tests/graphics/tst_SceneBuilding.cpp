@@ -2,6 +2,7 @@
 #include "support/ZelTest.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 
 #include <QSignalSpy>
 
@@ -153,6 +154,39 @@ private slots:
         QVERIFY(before > 60.0);
         stage.scene().moveListSdcMcps({b->getParentMcp()}, {-30.0, 0.0}); // the bond follows
         QVERIFY(line->line().length() < before - 25.0);
+    }
+
+    void oneCallEach()
+    {
+        ZelScene scene;
+        SdcCpx cpx(nullptr);
+        auto *const mol = new SdcMol(nullptr);
+        cpx.addSdcChild(mol, true);
+        mol->setProperty(SdcProperty::Color, "#336699");
+        QSignalSpy begun(&scene, &ZelScene::signal_changeBegin);
+        QSignalSpy added(&cpx, &Sdc::childSdcAdded);
+        const QRectF rect(10.0, 20.0, 60.0, 40.0);
+        SdcMcp *const mcp = scene.addSdcMcp(mol, rect);
+        QCOMPARE(mol->getListSdcMcp(), QList<SdcMcp *>{mcp});
+        QCOMPARE(mcp->getZelEllipseItemMcp()->scene(), &scene);
+        QCOMPARE(mcp->getSdcSceneRectF(), rect);
+        SdcBst *const bst = scene.addSdcBst(mcp, QRectF(64.0, 34.0, 12.0, 12.0));
+        QCOMPARE(mcp->getListSdcBst(), QList<SdcBst *>{bst});
+        QCOMPARE(bst->getSdcSceneRectF(), QRectF(64.0, 34.0, 12.0, 12.0));
+        QCOMPARE(bst->getZelEllipseItemBst()->brush(), QBrush(QColor("#336699")));
+        QCOMPARE(begun.size(), 2);
+        QCOMPARE(added.size(), 2);
+        SdcBst *const partner =
+            scene.addSdcBst(scene.addSdcMcp(mol, rect.translated(100.0, 0.0)), rect);
+        SdcBstBstCpx *const bond = scene.addSdcBstBstCpx(&cpx, bst, partner);
+        QCOMPARE(cpx.getListSdcBstBstCpx(), QList<SdcBstBstCpx *>{bond});
+        QVERIFY(bond->getZelLineItemBstBst());
+        QCOMPARE(begun.size(), 4); // a bond that is made by code is no change
+        SdcMcp undrawn(nullptr);
+        QVERIFY(!scene.addSdcMcp(nullptr, rect) && !scene.addSdcBst(nullptr, rect)
+            && !scene.addSdcBst(&undrawn, rect) && !scene.addSdcBstBstCpx(nullptr, bst, partner)
+            && !scene.addSdcBstBstCpx(&cpx, bst, nullptr) && !scene.makeBond(bst, nullptr));
+        QCOMPARE(begun.size(), 4);
     }
 
     void removedComponentTakesSitesBondsAndLinesAlong()

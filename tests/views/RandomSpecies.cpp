@@ -91,7 +91,7 @@ void RandomSpecies::storeAlias()
         cpx.addSdcChild(mol, true);
         const QList<SdcBst *> sites = mol->getListSdcBst();
         if (before)
-            cpx.addSdcBstBstCpx(scene.addSdcBstBstCpx(before, sites.first()));
+            scene.addSdcBstBstCpx(&cpx, before, sites.first());
         before = sites.last();
     }
     setStates(&cpx);

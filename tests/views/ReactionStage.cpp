@@ -135,7 +135,7 @@ QString ReactionStage::storeAlias(const QStringList &mols, bool featureOff, cons
     }
     const QList<SdcBst *> sites = cpx.getListSdcBst();
     if (mols.size() > 1)
-        cpx.addSdcBstBstCpx(scene.addSdcBstBstCpx(sites.at(0), sites.at(1)));
+        scene.addSdcBstBstCpx(&cpx, sites.at(0), sites.at(1));
     const QString stored = db.cpxGetPsiimIdFromFingerPrint(cpx.getCpxFingerPrint());
     if (stored.isEmpty()) {
         cpx.setProperty(SdcProperty::ShortName, name);

@@ -19,6 +19,7 @@ class Sdc;
 class SdcBst;
 class SdcBstBst;
 class SdcBstBstCpx;
+class SdcCpx;
 class SdcMcp;
 class SdcMol;
 class ZelDbSqliteModel;
@@ -27,6 +28,7 @@ class ZelEllipseItemBst;
 class ZelEllipseItemMcp;
 class ZelGItem;
 class ZelLineItem;
+class ZelLineItemBstBst;
 class ZelLineItemMcpMcp;
 class ZelRectItem;
 class ZelRectItemMcpSticky;
@@ -148,6 +150,21 @@ public:
     /// A bond that belongs to the scene, with its line where both sites are drawn here. Sites may
     /// be null.
     SdcBstBstCpx *addSdcBstBstCpx(SdcBst *first, SdcBst *second);
+
+    // The same in one call: made, drawn and put where it belongs. Null, with nothing done, where
+    // what it belongs to is null or not drawn.
+    /// A component with its item on a rectangle, in the molecule's colour, appended to it.
+    SdcMcp *addSdcMcp(SdcMol *sdcMol, const QRectF &sceneRect);
+    /// A site with its item on a rectangle, in the component's colour, appended to it.
+    SdcBst *addSdcBst(SdcMcp *sdcMcp, const QRectF &sceneRect);
+    /// A bond that a complex lists. Neither asked for nor announced, like one without complex.
+    SdcBstBstCpx *addSdcBstBstCpx(SdcCpx *sdcCpx, SdcBst *first, SdcBst *second);
+    /// A bond of the kind that the scene's data component lists, or else of the complex in which
+    /// its sites lie, as a load makes it: nobody is asked, nothing is announced or read. Null when
+    /// there is nothing to list it or no room.
+    virtual SdcBstBst *makeBond(SdcBst *first, SdcBst *second);
+    /// Draws a bond by a line, which is destroyed where one of its sites is not drawn here.
+    void addBondLine(SdcBstBst *bond, ZelLineItemBstBst *line);
 
     /// Destroys a component, its sites and their bonds, together with all that draws them.
     void removeSdcMcp(SdcMcp *sdcMcp);
@@ -295,6 +312,8 @@ private:
 
     // Building and moves
     ZelEllipseItemMcp *createPlacedMcp(QGraphicsEllipseItem *ref, ZelEllipseItemMcp *attachTo);
+    SdcMcp *appendMcp(SdcMol *mol, ZelEllipseItemMcp *item);
+    static SdcBst *appendBst(SdcMcp *mcp, ZelEllipseItemBst *item);
     void removeBondsOf(SdcBst *bst);
     std::optional<QPointF> findFreePlaceAround(
         ZelEllipseItem *item, ZelEllipseItemMcp *centre, double startAngle, double step);

@@ -4,11 +4,18 @@
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBstCpx.h"
+#include "zelModelSupport/graphics/ZelLineItemBstBstCxi.h"
+#include "zelModelSupport/graphics/ZelLineItemBstBstMli.h"
 #include "zelModelSupport/graphics/ZelLineItemMcpMcp.h"
 #include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCxi.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 #include "zelShare/ZelShareGui.h"
 
@@ -39,6 +46,18 @@ bool isDrawnIn(SdcBst *bst, const QGraphicsScene *scene)
 {
     ZelEllipseItemBst *const item = bst ? bst->getZelEllipseItemBst() : nullptr;
     return item && item->scene() == scene;
+}
+
+/// That of the components that are drawn already, else the one that the molecule shall have.
+QBrush brushOf(SdcMol *mol)
+{
+    for (SdcMcp *mcp : mol->getListSdcMcp()) {
+        ZelEllipseItemMcp *const item = mcp->getZelEllipseItemMcp();
+        if (item && item->brush().style() != Qt::NoBrush)
+            return item->brush();
+    }
+    const QColor color(mol->getProperty(SdcProperty::Color));
+    return color.isValid() ? color : mol->getMolDefaultColor();
 }
 
 } // namespace
@@ -142,6 +161,21 @@ SdcMcp *ZelScene::addSdcMcp(QGraphicsEllipseItem *referenceItem, SdcMcp *sdcMcpT
     const Change change(this);
     addItem(item);
     drawBackBones(item, attachTo);
+    return appendMcp(mol, item);
+}
+
+SdcMcp *ZelScene::addSdcMcp(SdcMol *sdcMol, const QRectF &sceneRect)
+{
+    if (!sdcMol)
+        return nullptr;
+    const Change change(this);
+    ZelEllipseItemMcp *const item = addMcp(sceneRect);
+    item->setBrush(brushOf(sdcMol));
+    return appendMcp(sdcMol, item);
+}
+
+SdcMcp *ZelScene::appendMcp(SdcMol *mol, ZelEllipseItemMcp *item)
+{
     auto *const mcp =
         new SdcMcp(m_zelDbSqliteModel ? m_zelDbSqliteModel.data() : mol->getZelDbSqliteModel());
     item->setSdcMcp(mcp);
@@ -154,11 +188,25 @@ SdcBst *ZelScene::addSdcBst(SdcMcp *sdcMcp)
     ZelEllipseItemMcp *const mcpItem = sdcMcp ? sdcMcp->getZelEllipseItemMcp() : nullptr;
     const Change change(mcpItem ? this : nullptr);
     ZelEllipseItemBst *const item = addBst(mcpItem);
-    if (!item)
+    return item ? appendBst(sdcMcp, item) : nullptr;
+}
+
+SdcBst *ZelScene::addSdcBst(SdcMcp *sdcMcp, const QRectF &sceneRect)
+{
+    ZelEllipseItemMcp *const mcpItem = sdcMcp ? sdcMcp->getZelEllipseItemMcp() : nullptr;
+    if (!mcpItem)
         return nullptr;
-    auto *const bst = new SdcBst(sdcMcp->getZelDbSqliteModel());
+    const Change change(this);
+    ZelEllipseItemBst *const item = addBst(sceneRect, mcpItem);
+    item->setBrush(mcpItem->brush());
+    return appendBst(sdcMcp, item);
+}
+
+SdcBst *ZelScene::appendBst(SdcMcp *mcp, ZelEllipseItemBst *item)
+{
+    auto *const bst = new SdcBst(mcp->getZelDbSqliteModel());
     item->setSdcBst(bst);
-    sdcMcp->addSdcBst(bst);
+    mcp->addSdcBst(bst);
     return bst;
 }
 
@@ -167,14 +215,64 @@ SdcBstBstCpx *ZelScene::addSdcBstBstCpx(SdcBst *first, SdcBst *second)
     auto *const bond = new SdcBstBstCpx(m_zelDbSqliteModel, this);
     bond->addSdcBst(first);
     bond->addSdcBst(second);
-    if (!isDrawnIn(first, this) || !isDrawnIn(second, this))
+    if (isDrawnIn(first, this) && isDrawnIn(second, this))
+        addBondLine(bond, new ZelLineItemBstBstCpx(false, nullptr));
+    return bond;
+}
+
+SdcBstBstCpx *ZelScene::addSdcBstBstCpx(SdcCpx *sdcCpx, SdcBst *first, SdcBst *second)
+{
+    if (!sdcCpx || !first || !second)
+        return nullptr;
+    SdcBstBstCpx *const bond = addSdcBstBstCpx(first, second);
+    sdcCpx->addSdcBstBstCpx(bond);
+    return bond;
+}
+
+SdcBstBst *ZelScene::makeBond(SdcBst *first, SdcBst *second)
+{
+    if (!first || !second)
+        return nullptr;
+    const auto join = [&](SdcBstBst *bond, ZelLineItemBstBst *line) {
+        bond->addSdcBst(first);
+        bond->addSdcBst(second);
+        addBondLine(bond, line);
+    };
+    Sdc *const sdc = m_sdc;
+    ZelDbSqliteModel *const db =
+        m_zelDbSqliteModel || !sdc ? m_zelDbSqliteModel.data() : sdc->getZelDbSqliteModel();
+    if (SdcMli *mli = sdc ? sdc->toSdcMli() : nullptr) {
+        if (!mli->getListSdcBstBstMli().isEmpty())
+            return nullptr;
+        auto *const bond = new SdcBstBstMli(db, this);
+        join(bond, new ZelLineItemBstBstMli(false, nullptr));
+        mli->addSdcBstBstMli(bond);
         return bond;
-    auto *const line = new ZelLineItemBstBstCpx(false, nullptr);
+    }
+    if (SdcCxi *cxi = sdc ? sdc->toSdcCxi() : nullptr) {
+        auto *const bond = new SdcBstBstCxi(db, this);
+        bond->setSdcCpx1(first->getParentSdcCpx());
+        bond->setSdcCpx2(second->getParentSdcCpx());
+        join(bond, new ZelLineItemBstBstCxi(false, nullptr));
+        cxi->addSdcBstBstCxi(bond);
+        return bond;
+    }
+    SdcCpx *const cpx = sdc ? sdc->toSdcCpx() : nullptr;
+    return addSdcBstBstCpx(cpx ? cpx : first->getParentSdcCpx(), first, second);
+}
+
+void ZelScene::addBondLine(SdcBstBst *bond, ZelLineItemBstBst *line)
+{
+    for (SdcBst *site : bond->getListSdcBst()) {
+        if (!isDrawnIn(site, this)) {
+            delete line;
+            return;
+        }
+    }
     line->setSdc(bond);
     bond->setZelLineItemBstBst(line);
     addItem(line);
     line->updateLine();
-    return bond;
 }
 
 void ZelScene::removeSdcMcp(SdcMcp *sdcMcp)

@@ -77,13 +77,10 @@ QString ZelSceneCpx::getSiteRefusal(SdcBst *site)
 
 SdcBstBst *ZelSceneCpx::addBond(SdcBst *first, SdcBst *second)
 {
-    SdcCpx *const cpx = getSdcCpx();
-    if (!cpx || !isBondAllowed(first, second))
+    if (!getSdcCpx() || !isBondAllowed(first, second))
         return nullptr;
     const Change change(this);
-    SdcBstBstCpx *const bond = addSdcBstBstCpx(first, second);
-    cpx->addSdcBstBstCpx(bond);
-    return bond;
+    return makeBond(first, second);
 }
 
 bool ZelSceneCpx::addRecordFromDb(
@@ -137,9 +134,7 @@ bool ZelSceneCpx::loadInto(const QString &tag, const QString &psiimId)
     removeAllItems();
     getMolParent();
     SdcCpx *const cpx = getSdcCpx();
-    cpx->clearProperties();
-    if (!cpx->getZelDbSqliteModel())
-        cpx->setZelDbSqliteModel(db);
+    clearToLoad(cpx);
     const bool loaded =
         isAlias(tag) ? cpx->loadCpaFromDb(psiimId, this) : cpx->loadCpxFromDb(psiimId, this);
     showStates(getSdcCpx());

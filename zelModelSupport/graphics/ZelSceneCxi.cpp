@@ -2,7 +2,6 @@
 
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelDrawing.h"
-#include "zelModelSupport/graphics/ZelLineItemBstBstCxi.h"
 #include "zelModelSupport/graphics/ZelSceneCxiResult.h"
 #include "zelModelSupport/graphics/ZelSceneState.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
@@ -69,9 +68,7 @@ bool ZelSceneCxi::load(const QString &caiPsiimId)
     const QList<SdcBstBstCxi *> bonds = cxi->getListSdcBstBstCxi();
     for (SdcBstBstCxi *bond : bonds) // without sites
         removeSdcBstBst(bond);
-    cxi->clearProperties();
-    if (!cxi->getZelDbSqliteModel())
-        cxi->setZelDbSqliteModel(db);
+    clearToLoad(cxi);
     m_loading = true;
     const bool loaded = cxi->loadFromDb(caiPsiimId, this);
     m_loading = false;
@@ -175,17 +172,18 @@ SdcBstBst *ZelSceneCxi::addBond(SdcBst *first, SdcBst *second)
     if (first->getParentSdcCpx()->getPosIndex() > second->getParentSdcCpx()->getPosIndex())
         std::swap(first, second);
     const Change change(this);
-    auto *const bond = new SdcBstBstCxi(getZelDbSqliteModel(), this);
-    bond->addSdcBst(first);
-    bond->addSdcBst(second);
-    bond->setSdcCpx1(first->getParentSdcCpx());
-    bond->setSdcCpx2(second->getParentSdcCpx());
-    addBondLine(bond, new ZelLineItemBstBstCxi(false, nullptr));
-    cxi->addSdcBstBstCxi(bond);
-    connect(bond, &Sdc::propertyChanged, this, &ZelSceneCxi::updateResultTitle);
-    if (!m_loading)
-        bond->updatePropertiesFromDb();
-    m_currentBond = bond;
+    SdcBstBst *const bond = makeBond(first, second);
+    m_currentBond->updatePropertiesFromDb(); // which the making has set
+    return bond;
+}
+
+SdcBstBst *ZelSceneCxi::makeBond(SdcBst *first, SdcBst *second)
+{
+    SdcBstBst *const bond = ZelSceneEditing::makeBond(first, second);
+    if (bond && bond->isSdcBstBstCxi()) {
+        connect(bond, &Sdc::propertyChanged, this, &ZelSceneCxi::updateResultTitle);
+        m_currentBond = bond->toSdcBstBstCxi();
+    }
     return bond;
 }
 

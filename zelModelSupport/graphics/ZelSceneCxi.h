@@ -38,6 +38,7 @@ public:
     QString getBondRefusal(SdcBst *first, SdcBst *second) override;
     QString getSiteRefusal(SdcBst *site) override;
     SdcBstBst *addBond(SdcBst *first, SdcBst *second) override;
+    SdcBstBst *makeBond(SdcBst *first, SdcBst *second) override;
     Sdc *getUnit(Sdc *sdc) override;
 
     /// The bond whose result is shown; null when there is none.

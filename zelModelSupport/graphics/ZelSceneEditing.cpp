@@ -1,7 +1,6 @@
 #include "zelModelSupport/graphics/ZelSceneEditing.h"
 
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
-#include "zelModelSupport/graphics/ZelLineItemBstBst.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelSceneBondDrawing.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
@@ -281,19 +280,11 @@ void ZelSceneEditing::refuseBond(const QString &reason)
     emit signal_bondRefused(reason);
 }
 
-void ZelSceneEditing::addBondLine(SdcBstBst *bond, ZelLineItemBstBst *line)
+void ZelSceneEditing::clearToLoad(Sdc *sdc)
 {
-    for (SdcBst *site : bond->getListSdcBst()) {
-        ZelEllipseItemBst *const item = site->getZelEllipseItemBst();
-        if (!item || item->scene() != this) {
-            delete line;
-            return;
-        }
-    }
-    line->setSdc(bond);
-    bond->setZelLineItemBstBst(line);
-    addItem(line);
-    line->updateLine();
+    sdc->clearProperties();
+    if (!sdc->getZelDbSqliteModel())
+        sdc->setZelDbSqliteModel(getZelDbSqliteModel());
 }
 
 void ZelSceneEditing::refuseRecord(const QString &reason)

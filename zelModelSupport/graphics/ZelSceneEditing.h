@@ -10,7 +10,6 @@
 
 class QMimeData;
 class SdcCpx;
-class ZelLineItemBstBst;
 class ZelSceneBondDrawing;
 
 /// What the scenes of complexes and interactions have in common: molecules that come from the
@@ -52,8 +51,6 @@ public:
     bool isBondAllowed(SdcBst *first, SdcBst *second) override;
     /// addBond() as one change, or null and signal_bondRefused().
     SdcBstBst *drawBond(SdcBst *first, SdcBst *second);
-    /// Draws a bond by a line, which is destroyed where one of its sites is not drawn here.
-    void addBondLine(SdcBstBst *bond, ZelLineItemBstBst *line);
     /// Takes a bond away; what it joined stays.
     void removeBond(SdcBstBst *bond);
 
@@ -120,6 +117,8 @@ protected:
     /// The change of a bond or unit is complete: more than its drawing has changed.
     virtual void contentsChanged();
     void refuseRecord(const QString &reason);
+    /// Empties the data component's properties for what is to be loaded into it.
+    void clearToLoad(Sdc *sdc);
     /// Shows the states of sites in all that the data component holds.
     void showStates(SdcCpx *cpx);
     /// Puts components with all that is attached to them at a position, or on the nearest place

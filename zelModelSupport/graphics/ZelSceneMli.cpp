@@ -2,7 +2,6 @@
 
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
-#include "zelModelSupport/graphics/ZelLineItemBstBstMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMli.h"
@@ -57,12 +56,8 @@ bool ZelSceneMli::load(const QString &psiimId)
     const QList<SdcBstBstMli *> bonds = mli->getListSdcBstBstMli();
     for (SdcBstBstMli *bond : bonds) // without sites
         removeSdcBstBst(bond);
-    mli->clearProperties();
-    if (!mli->getZelDbSqliteModel())
-        mli->setZelDbSqliteModel(db);
-    m_loading = true;
+    clearToLoad(mli);
     const bool loaded = mli->loadFromDb(psiimId, this);
-    m_loading = false;
     contentsChanged();
     return loaded;
 }
@@ -97,14 +92,8 @@ SdcBstBst *ZelSceneMli::addBond(SdcBst *first, SdcBst *second)
     if (!mli || !isBondAllowed(first, second))
         return nullptr;
     const Change change(this);
-    auto *const bond = new SdcBstBstMli(getZelDbSqliteModel(), this);
-    bond->addSdcBst(first);
-    bond->addSdcBst(second);
-    addBondLine(bond, new ZelLineItemBstBstMli(false, nullptr));
-    mli->addSdcBstBstMli(bond);
-    // The sites may have a stored interaction; a load knows which one it is.
-    if (!m_loading)
-        mli->updateMliPropertyFromDb();
+    SdcBstBst *const bond = makeBond(first, second);
+    mli->updateMliPropertyFromDb(); // the sites may have a stored interaction
     return bond;
 }
 

@@ -39,5 +39,4 @@ protected:
 
 private:
     QPointer<SdcMli> m_ownMli;
-    bool m_loading = false;
 };

@@ -165,7 +165,7 @@ bool SdcCxi::loadDom(const QString &psiimId, const QDomElement &elt, ZelSceneCxi
 SdcBstBstCxi *SdcCxi::makeBond(SdcBst *site1, SdcBst *site2, ZelSceneCxi *scene)
 {
     SdcBstBst *const drawn =
-        scene && scene->getSdc() == this ? scene->addBond(site1, site2) : nullptr;
+        scene && scene->getSdc() == this ? scene->makeBond(site1, site2) : nullptr;
     SdcBstBstCxi *bond = drawn ? drawn->toSdcBstBstCxi() : nullptr;
     if (!bond) {
         bond =

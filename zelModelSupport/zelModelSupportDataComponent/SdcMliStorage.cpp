@@ -68,7 +68,7 @@ void SdcMli::updateBstBstMli(ZelSceneMli *scene)
             continue;
         }
         if (scene && scene->getSdc() == this)
-            scene->addBstBstMli(site1->getZelEllipseItemBst(), site2->getZelEllipseItemBst());
+            scene->makeBond(site1, site2);
         if (!m_bonds.isEmpty())
             continue;
         auto *const bond = new SdcBstBstMli(db, scene ? static_cast<QObject *>(scene) : this);
