@@ -3,6 +3,7 @@
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelSceneBondDrawing.h"
+#include "zelModelSupport/graphics/ZelSceneStateIdentity.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
@@ -283,6 +284,7 @@ void ZelSceneEditing::refuseBond(const QString &reason)
 void ZelSceneEditing::clearToLoad(Sdc *sdc)
 {
     sdc->clearProperties();
+    zel::state::Identity::renew(sdc); // undo is not to leave the id of what is loaded
     if (!sdc->getZelDbSqliteModel())
         sdc->setZelDbSqliteModel(getZelDbSqliteModel());
 }

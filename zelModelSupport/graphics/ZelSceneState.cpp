@@ -27,6 +27,13 @@ using namespace zel::state;
 
 namespace {
 
+Properties propertiesOf(const Sdc *sdc)
+{
+    Properties properties = sdc->getProperties();
+    properties.remove(SdcProperty::PsiimId);
+    return properties;
+}
+
 EllipseState takeEllipse(const ZelEllipseItem *item)
 {
     return {item->rect(), item->pos(), item->pen(), item->brush()};
@@ -38,7 +45,7 @@ StickyState takeSticky(ZelRectItemMcpSticky *sticky)
     const bool half = std::any_of(children.cbegin(), children.cend(),
         [](QGraphicsItem *child) { return child->type() == QGraphicsPolygonItem::Type; });
     SdcMcpTag *const tag = sticky->getSdcMcpTag();
-    return {{sticky}, sticky->getName(), tag ? tag->getProperties() : Properties(),
+    return {Identity::of(tag), sticky->getName(), tag ? propertiesOf(tag) : Properties(),
         sticky->getColor(), sticky->getStateType(), half, sticky->isActive(), sticky->pen(),
         sticky->brush(), sticky->opacity(), sticky->rect(), sticky->pos()};
 }
@@ -46,8 +53,8 @@ StickyState takeSticky(ZelRectItemMcpSticky *sticky)
 SiteState takeSite(SdcBst *bst, const SdcBstSet *set, const QList<SdcBst *> &inSet)
 {
     SiteState state;
-    state.origin = {bst};
-    state.properties = bst->getProperties();
+    state.identity = Identity::of(bst);
+    state.properties = propertiesOf(bst);
     if (ZelEllipseItemBst *item = bst->getZelEllipseItemBst()) {
         state.drawn = true;
         state.ellipse = takeEllipse(item);
@@ -62,8 +69,8 @@ SiteState takeSite(SdcBst *bst, const SdcBstSet *set, const QList<SdcBst *> &inS
 ComponentState takeComponent(SdcMcp *mcp)
 {
     ComponentState state;
-    state.origin = {mcp};
-    state.properties = mcp->getProperties();
+    state.identity = Identity::of(mcp);
+    state.properties = propertiesOf(mcp);
     state.tagDirectionCode = {mcp->getTagDirectionCode()};
     state.tagSize = mcp->getTagSize();
     state.tagGap = mcp->getTagGap();
@@ -89,8 +96,8 @@ ComponentState takeComponent(SdcMcp *mcp)
 MoleculeState takeMolecule(SdcMol *mol)
 {
     MoleculeState state;
-    state.origin = {mol};
-    state.properties = mol->getProperties();
+    state.identity = Identity::of(mol);
+    state.properties = propertiesOf(mol);
     const QList<SdcMcp *> components = mol->getListSdcMcp();
     for (SdcMcp *mcp : components)
         state.components.append(takeComponent(mcp));
@@ -109,7 +116,8 @@ QList<BondState> takeBonds(ZelScene *scene, const QList<SdcMol *> &molecules)
         const auto first = static_cast<int>(sites.indexOf(bond->getSdcBst1()));
         const auto second = static_cast<int>(sites.indexOf(bond->getSdcBst2()));
         if (first >= 0 && second >= 0)
-            states.append({{first, second}, !bond->isSdcBstBstCpx(), bond->getProperties()});
+            states.append(
+                {{first, second}, !bond->isSdcBstBstCpx(), Identity::of(bond), propertiesOf(bond)});
     }
     // A bond that is made anew stands behind the others.
     std::sort(states.begin(), states.end(), [](const BondState &a, const BondState &b) {
@@ -118,7 +126,27 @@ QList<BondState> takeBonds(ZelScene *scene, const QList<SdcMol *> &molecules)
     return states;
 }
 
+bool hasText(const OwnState &own)
+{
+    return std::any_of(own.properties.cbegin(), own.properties.cend(),
+        [](const QString &text) { return !text.isEmpty(); });
+}
+
 } // namespace
+
+// One that the scene has only made is as good as none.
+bool zel::state::operator==(const OwnState &a, const OwnState &b)
+{
+    if (a.exists != b.exists)
+        return !hasText(a) && !hasText(b);
+    return a.identity == b.identity && a.properties == b.properties;
+}
+
+Sdc *zel::state::ownOf(ZelScene *scene)
+{
+    Sdc *const sdc = scene->getSdc();
+    return sdc && (sdc->isSdcCpx() || sdc->isSdcMli() || sdc->isSdcCxi()) ? sdc : nullptr;
+}
 
 QList<SdcMol *> zel::state::moleculesOf(ZelScene *scene)
 {
@@ -225,9 +253,11 @@ ZelSceneState ZelSceneState::take(ZelScene *scene)
     ZelSceneState state;
     if (!scene)
         return state;
+    if (Sdc *own = ownOf(scene))
+        state.d->own = {Identity::of(own), propertiesOf(own), true};
     const QList<SdcCpx *> complexes = complexesOf(scene);
     for (SdcCpx *cpx : complexes)
-        state.d->complexes.append({{cpx}, cpx->getProperties()});
+        state.d->complexes.append({Identity::of(cpx), propertiesOf(cpx)});
     const QList<SdcMol *> molecules = moleculesOf(scene);
     for (SdcMol *mol : molecules) {
         state.d->molecules.append(takeMolecule(mol));
@@ -257,6 +287,6 @@ bool ZelSceneState::isEmpty() const
 bool operator==(const ZelSceneState &a, const ZelSceneState &b)
 {
     return a.d == b.d
-        || (a.d->complexes == b.d->complexes && a.d->molecules == b.d->molecules
-            && a.d->bonds == b.d->bonds);
+        || (a.d->own == b.d->own && a.d->complexes == b.d->complexes
+            && a.d->molecules == b.d->molecules && a.d->bonds == b.d->bonds);
 }

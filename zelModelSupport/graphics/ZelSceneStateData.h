@@ -2,6 +2,7 @@
 
 #include "zelDb/ZelDbTypes.h"
 #include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/ZelSceneStateIdentity.h"
 
 #include <QBrush>
 #include <QColor>
@@ -9,7 +10,6 @@
 #include <QList>
 #include <QPen>
 #include <QPointF>
-#include <QPointer>
 #include <QRectF>
 #include <QSharedData>
 #include <QString>
@@ -17,23 +17,15 @@
 #include <utility>
 #include <vector>
 
+class Sdc;
 class SdcBst;
 class SdcBstBst;
 class SdcCpx;
 class SdcMcp;
 class SdcMol;
-class ZelRectItemMcpSticky;
 
 /// What a state of a scene consists of, and how the living parts of a scene are found.
 namespace zel::state {
-
-/// The object that a part of a state was taken from: a hint whom to restore, no part of the value.
-template <typename T>
-struct Origin
-{
-    QPointer<T> object;
-    friend bool operator==(const Origin &, const Origin &) { return true; }
-};
 
 /// The side of a component on which its features stand: codes 0 and 1 are the same side.
 struct SideCode
@@ -45,6 +37,7 @@ struct SideCode
     }
 };
 
+/// Without the id, which is the identity's.
 using Properties = QHash<int, QString>;
 using Backbones = std::vector<std::pair<int, int>>;
 
@@ -59,7 +52,7 @@ struct EllipseState
 
 struct StickyState
 {
-    Origin<ZelRectItemMcpSticky> origin;
+    Identity identity; // of its feature
     QString name;
     Properties properties; // of its feature
     QColor color;
@@ -76,7 +69,7 @@ struct StickyState
 
 struct SiteState
 {
-    Origin<SdcBst> origin;
+    Identity identity;
     Properties properties;
     bool drawn = false;
     EllipseState ellipse;
@@ -89,7 +82,7 @@ struct SiteState
 
 struct ComponentState
 {
-    Origin<SdcMcp> origin;
+    Identity identity;
     Properties properties;
     bool drawn = false;
     EllipseState ellipse;
@@ -106,7 +99,7 @@ struct ComponentState
 
 struct MoleculeState
 {
-    Origin<SdcMol> origin;
+    Identity identity;
     Properties properties;
     int complex = -1; // index among the complexes of an interaction; -1 outside of one
     QList<ComponentState> components;
@@ -117,19 +110,31 @@ struct MoleculeState
 /// One of the complexes of an interaction.
 struct ComplexState
 {
-    Origin<SdcCpx> origin;
+    Identity identity;
     Properties properties;
     bool operator==(const ComplexState &) const = default;
 };
+
+/// The complex or interaction that the scene edits. There is none before a scene has made it.
+struct OwnState
+{
+    Identity identity;
+    Properties properties;
+    bool exists = false;
+};
+bool operator==(const OwnState &a, const OwnState &b);
 
 struct BondState
 {
     std::pair<int, int> sites; // counted over all molecules
     bool ofInteraction = false;
+    Identity identity;
     Properties properties;
     bool operator==(const BondState &) const = default;
 };
 
+/// The complex or interaction that the scene edits; null for another one.
+Sdc *ownOf(ZelScene *scene);
 /// The molecules of a scene: those of its data component, else those that it shows.
 QList<SdcMol *> moleculesOf(ZelScene *scene);
 QList<SdcBst *> sitesOf(const QList<SdcMol *> &molecules);
@@ -145,6 +150,7 @@ Backbones backbonesOf(const QList<SdcMcp *> &components);
 class ZelSceneStateData : public QSharedData
 {
 public:
+    zel::state::OwnState own;
     QList<zel::state::ComplexState> complexes;
     QList<zel::state::MoleculeState> molecules;
     QList<zel::state::BondState> bonds;

@@ -1,20 +1,13 @@
 // How a state of a scene is put back.
 
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
-#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelLineItemMcpMcp.h"
-#include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/graphics/ZelSceneEditing.h"
-#include "zelModelSupport/graphics/ZelSceneStateData.h"
+#include "zelModelSupport/graphics/ZelSceneStatePut.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcBstSet.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTagSet.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <algorithm>
@@ -23,274 +16,31 @@ using namespace zel::state;
 
 namespace {
 
-/// The living objects that take the places of the stored ones, null where one must be made, and
-/// those that have no place.
-template <typename T>
-struct Match
+// What a complex or interaction is looked up by has been drawn: an id that drawing has taken from
+// it comes back, and one that was loaded goes.
+void putOwn(Sdc *own, const OwnState &state)
 {
-    QList<T *> places;
-    QList<T *> surplus;
-};
-
-template <typename T, typename State, typename Key>
-Match<T> match(const QList<State> &states, const QList<T *> &living, Key isLike)
-{
-    Match<T> result{QList<T *>(states.size(), nullptr), living};
-    for (qsizetype i = 0; i < states.size(); ++i) {
-        if (result.surplus.removeOne(states.at(i).origin.object))
-            result.places[i] = states.at(i).origin.object;
-    }
-    for (qsizetype i = 0; i < states.size(); ++i) {
-        if (result.places.at(i))
-            continue;
-        const auto found = std::find_if(result.surplus.begin(), result.surplus.end(),
-            [&](T *object) { return isLike(states.at(i), object); });
-        if (found == result.surplus.end())
-            continue;
-        result.places[i] = *found;
-        result.surplus.erase(found);
-    }
-    return result;
+    putProperties(own, state.properties);
+    Sdc *const known = state.identity.object();
+    const bool isAnother = known ? known != own : state.exists && !own->getPsiimId().isEmpty();
+    if (!isAnother && !state.identity.isOf(own))
+        state.identity.passTo(own);
 }
 
-template <typename State>
-bool hasSamePsiimId(const State &state, Sdc *sdc)
+// As a load makes it: the user may not be allowed to draw it now, and what the database says of it
+// is not what was changed since.
+SdcBstBst *makeBond(ZelScene *scene, SdcBst *first, SdcBst *second, const BondState &state)
 {
-    const QString psiimId = state.properties.value(SdcProperty::PsiimId);
-    return !psiimId.isEmpty() && sdc->getPsiimId() == psiimId;
-}
-
-void putProperties(Sdc *sdc, const Properties &properties)
-{
-    const Properties present = sdc->getProperties();
-    for (auto it = present.cbegin(); it != present.cend(); ++it) {
-        if (!properties.contains(it.key())) {
-            sdc->setProperty(it.key(), QString()); // told to whoever listens
-            sdc->clearProperty(it.key());
-        }
-    }
-    for (auto it = properties.cbegin(); it != properties.cend(); ++it) {
-        const auto found = present.constFind(it.key());
-        if (found == present.cend() || *found != it.value())
-            sdc->setProperty(it.key(), it.value());
-    }
-}
-
-void putEllipse(ZelEllipseItem *item, const EllipseState &state)
-{
-    item->setRect(state.rect);
-    item->setPos(state.pos);
-    item->setPen(state.pen);
-    item->setBrush(state.brush);
-}
-
-void putSticky(ZelRectItemMcpSticky *sticky, const StickyState &state)
-{
-    if (SdcMcpTag *tag = sticky->getSdcMcpTag())
-        putProperties(tag, state.properties);
-    if (sticky->getName() != state.name)
-        sticky->setName(state.name);
-    sticky->setActive(true);
-    sticky->setColor(state.color, state.state == ComponentStateOn);
-    sticky->setStateType(state.state, state.half);
-    sticky->setActive(state.active);
-    sticky->setPen(state.pen);
-    sticky->setBrush(state.brush);
-    sticky->setOpacity(state.opacity);
-    sticky->setRect(state.rect);
-    sticky->setPos(state.pos);
-    sticky->updateHalfNofillItem();
-}
-
-void putStickies(SdcMcp *mcp, ZelEllipseItemMcp *item, const ComponentState &state)
-{
-    // A sticky whose feature has been destroyed never shows one again.
-    const QList<ZelRectItemMcpSticky *> present = item->getListSticky();
-    for (ZelRectItemMcpSticky *sticky : present) {
-        if (!sticky->getSdcMcpTag())
-            item->removeStateSticky(sticky);
-    }
-    auto [stickies, surplus] = match(state.stickies, item->getListSticky(),
-        [](const StickyState &stored, ZelRectItemMcpSticky *sticky) {
-            return sticky->getName() == stored.name;
-        });
-    for (ZelRectItemMcpSticky *sticky : std::as_const(surplus))
-        item->removeStateSticky(sticky);
-    for (qsizetype i = 0; i < stickies.size(); ++i) {
-        if (!stickies.at(i)) {
-            stickies[i] = new ZelRectItemMcpSticky(mcp->getZelDbSqliteModel());
-            stickies.at(i)->getSdcMcpTag()->setParentSdcMcp(mcp);
-            item->addStateSticky(stickies.at(i), false);
-        }
-        putSticky(stickies.at(i), state.stickies.at(i));
-    }
-    item->setStickyOrder(stickies);
-
-    SdcMcpTagSet *const set = mcp->getSdcMcpTagSet();
-    for (SdcMcpTag *tag : mcp->getListSdcMcpTags()) {
-        mcp->removeSdcTag(tag);
-        if (set)
-            set->removeSdcMcpTag(tag);
-    }
-    for (const int index : state.features) {
-        if (index < 0)
-            continue;
-        SdcMcpTag *const tag = stickies.at(index)->getSdcMcpTag();
-        mcp->addSdcTag(tag);
-        if (set)
-            set->addSdcMcpTag(tag);
-    }
-}
-
-void putOrder(Sdc *parentSdc, const QList<Sdc *> &wanted)
-{
-    const QList<Sdc *> present = parentSdc->getListSdcChildren();
-    if (std::equal(present.cbegin(), present.cend(), wanted.cbegin(), wanted.cend())
-        || !std::is_permutation(present.cbegin(), present.cend(), wanted.cbegin(), wanted.cend()))
-        return;
-    const auto differing =
-        std::mismatch(present.cbegin(), present.cend(), wanted.cbegin()).first - present.cbegin();
-    QHash<Sdc *, bool> isRow;
-    for (qsizetype i = present.size() - 1; i >= differing; --i) {
-        Sdc *const child = present.at(i);
-        isRow.insert(child, child->QStandardItem::parent() == parentSdc);
-        parentSdc->removeSdcChild(child);
-    }
-    for (qsizetype i = differing; i < wanted.size(); ++i)
-        parentSdc->addSdcChild(wanted.at(i), isRow.value(wanted.at(i)));
-}
-
-void putSites(ZelScene *scene, SdcMcp *mcp, const ComponentState &state)
-{
-    auto [sites, surplus] = match(state.sites, mcp->getListSdcBst(), hasSamePsiimId<SiteState>);
-    for (SdcBst *bst : std::as_const(surplus))
-        scene->removeSdcBst(bst);
-    ZelEllipseItemMcp *const mcpItem = mcp->getZelEllipseItemMcp();
-    QList<Sdc *> order;
-    for (qsizetype i = 0; i < sites.size(); ++i) {
-        const SiteState &stored = state.sites.at(i);
-        const bool isNew = !sites.at(i);
-        if (isNew)
-            sites[i] = new SdcBst(mcp->getZelDbSqliteModel());
-        SdcBst *const bst = sites.at(i);
-        if (stored.drawn && !bst->getZelEllipseItemBst())
-            scene->addBst(stored.ellipse.rect, mcpItem)->setSdc(bst);
-        putProperties(bst, stored.properties);
-        bst->setAllowChangeBindingStatus(stored.allowChange);
-        bst->setAlwaysHighlight(stored.alwaysHighlighted);
-        if (isNew)
-            mcp->addSdcBst(bst);
-        if (bst->getStoredBindingStatus() != stored.status)
-            bst->setBindingStatus(stored.status);
-        if (ZelEllipseItemBst *item = stored.drawn ? bst->getZelEllipseItemBst() : nullptr)
-            putEllipse(item, stored.ellipse);
-        order.append(bst);
-    }
-    putOrder(mcp, order);
-    if (SdcBstSet *set = mcp->getSdcBstSet()) {
-        for (qsizetype i = 0; i < sites.size(); ++i) {
-            set->removeSdcBst(sites.at(i));
-            if (state.sites.at(i).inSet)
-                set->addSdcBst(sites.at(i));
-        }
-    }
-}
-
-void putComponent(ZelScene *scene, SdcMcp *mcp, const ComponentState &state)
-{
-    putProperties(mcp, state.properties);
-    if (state.hasTagSet && !mcp->getSdcMcpTagSet())
-        mcp->setSdcMcpTagSet(new SdcMcpTagSet(mcp->getZelDbSqliteModel(), mcp));
-    if (state.hasSiteSet && !mcp->getSdcBstSet())
-        mcp->setSdcBstSet(new SdcBstSet(mcp->getZelDbSqliteModel(), mcp));
-    if (ZelEllipseItemMcp *item = state.drawn ? mcp->getZelEllipseItemMcp() : nullptr) {
-        putEllipse(item, state.ellipse);
-        putStickies(mcp, item, state);
-    }
-    // Removing a sticky lays the row out anew; what was stored holds.
-    mcp->setTagDirectionCode(state.tagDirectionCode.code);
-    mcp->setTagSize(state.tagSize);
-    mcp->setTagGap(state.tagGap);
-    putSites(scene, mcp, state);
-    mcp->updateMcpNot();
-}
-
-void putBackbones(ZelScene *scene, const QList<SdcMcp *> &components, const Backbones &pairs)
-{
-    for (const auto &pair : backbonesOf(components)) {
-        if (std::binary_search(pairs.cbegin(), pairs.cend(), pair))
-            continue;
-        ZelEllipseItemMcp *const item = components.at(pair.first)->getZelEllipseItemMcp();
-        ZelEllipseItemMcp *const partner = components.at(pair.second)->getZelEllipseItemMcp();
-        const QList<ZelLineItemMcpMcp *> lines = item->getListMcpMcp();
-        for (ZelLineItemMcpMcp *line : lines) {
-            if (line->getPartner(item) == partner)
-                delete line;
-        }
-    }
-    for (const auto &[first, second] : pairs)
-        scene->drawBackBones(components.at(first)->getZelEllipseItemMcp(),
-            components.at(second)->getZelEllipseItemMcp());
-}
-
-void putMolecule(ZelScene *scene, SdcMol *mol, const MoleculeState &state)
-{
-    auto [components, surplus] =
-        match(state.components, mol->getListSdcMcp(), hasSamePsiimId<ComponentState>);
-    for (SdcMcp *mcp : std::as_const(surplus))
-        scene->removeSdcMcp(mcp);
-    QList<Sdc *> order;
-    for (qsizetype i = 0; i < components.size(); ++i) {
-        const ComponentState &stored = state.components.at(i);
-        const bool isNew = !components.at(i);
-        if (isNew)
-            components[i] = new SdcMcp(mol->getZelDbSqliteModel());
-        SdcMcp *const mcp = components.at(i);
-        if (stored.drawn && !mcp->getZelEllipseItemMcp())
-            scene->addMcp(stored.ellipse.rect)->setSdcMcp(mcp);
-        if (isNew)
-            mol->addSdcMcp(mcp);
-        putComponent(scene, mcp, stored);
-        order.append(mcp);
-    }
-    putOrder(mol, order);
-    putBackbones(scene, components, state.backbones);
-    putProperties(mol, state.properties);
-    mol->updatePosIndex();
-    for (SdcMcp *mcp : std::as_const(components)) {
-        if (ZelEllipseItemMcp *item = mcp->getZelEllipseItemMcp()) {
-            item->updateMcpMcpPos();
-            item->updateNotIndicator();
-            item->notifyPosChanged();
-        }
-    }
-}
-
-void putSitePens(SdcMol *mol, const MoleculeState &state)
-{
-    const QList<SdcMcp *> components = mol->getListSdcMcp();
-    for (qsizetype i = 0; i < std::min(components.size(), state.components.size()); ++i) {
-        const QList<SiteState> &stored = state.components.at(i).sites;
-        const QList<SdcBst *> sites = components.at(i)->getListSdcBst();
-        for (qsizetype k = 0; k < std::min(sites.size(), stored.size()); ++k) {
-            ZelEllipseItemBst *const item = sites.at(k)->getZelEllipseItemBst();
-            if (item && stored.at(k).drawn)
-                item->setPen(stored.at(k).ellipse.pen);
-        }
-    }
-}
-
-SdcBstBst *makeBond(ZelScene *scene, SdcBst *first, SdcBst *second, bool ofInteraction)
-{
-    SdcCpx *const cpx = first->getParentSdcCpx();
-    if (ofInteraction || !cpx)
-        return scene->addBond(first, second);
-    SdcBstBstCpx *const bond = scene->addSdcBstBstCpx(first, second);
-    cpx->addSdcBstBstCpx(bond);
+    SdcBstBst *const bond = state.ofInteraction
+        ? scene->makeBond(first, second)
+        : scene->addSdcBstBstCpx(first->getParentSdcCpx(), first, second);
+    if (bond)
+        state.identity.passTo(bond);
     return bond;
 }
 
-void putBonds(ZelScene *scene, const QList<SdcMol *> &molecules, const QList<BondState> &states)
+/// False when a bond could not be made.
+bool putBonds(ZelScene *scene, const QList<SdcMol *> &molecules, const QList<BondState> &states)
 {
     const QList<SdcBst *> sites = sitesOf(molecules);
     QList<SdcBstBst *> surplus = bondsOf(scene, molecules);
@@ -314,10 +64,11 @@ void putBonds(ZelScene *scene, const QList<SdcMol *> &molecules, const QList<Bon
         SdcBst *const first = sites.value(state.sites.first);
         SdcBst *const second = sites.value(state.sites.second);
         if (!bonds.at(i) && first && second)
-            bonds[i] = makeBond(scene, first, second, state.ofInteraction);
+            bonds[i] = makeBond(scene, first, second, state);
         if (bonds.at(i))
             putProperties(bonds.at(i), state.properties);
     }
+    return !bonds.contains(nullptr);
 }
 
 /// The complex of an interaction in which a molecule lies, as its index; -1 outside of one.
@@ -334,12 +85,13 @@ bool ZelSceneState::restore(ZelScene *scene) const
         return false;
     auto *const editing = qobject_cast<ZelSceneEditing *>(scene);
     if (editing && scene->getSdc())
-        return restoreEditing(editing);
+        return restoreEditing(editing, ownOf(scene));
     QList<SdcMol *> surplus = moleculesOf(scene);
     QList<SdcMol *> molecules;
     for (const MoleculeState &molecule : d->molecules) {
-        SdcMol *const mol = molecule.origin.object;
-        const bool isThere = surplus.removeOne(mol) || (mol && !scene->getSdc());
+        Sdc *const origin = molecule.identity.object();
+        SdcMol *const mol = origin ? origin->toSdcMol() : nullptr;
+        const bool isThere = mol && (surplus.removeOne(mol) || !scene->getSdc());
         if (!isThere)
             return false;
         molecules.append(mol);
@@ -353,10 +105,12 @@ bool ZelSceneState::restore(ZelScene *scene) const
         for (SdcMcp *mcp : components)
             scene->removeSdcMcp(mcp);
     }
-    putContents(scene, molecules);
+    const bool good = putContents(scene, molecules);
+    if (Sdc *own = d->own.exists ? ownOf(scene) : nullptr)
+        putOwn(own, d->own);
     --scene->m_changeDepth;
     emit scene->signal_changed();
-    return true;
+    return good;
 }
 
 bool ZelSceneState::restoreJoined(ZelSceneEditing *scene) const
@@ -369,10 +123,10 @@ bool ZelSceneState::restoreJoined(ZelSceneEditing *scene) const
         mol.complex = -1;
     for (BondState &bond : joined.d->bonds)
         bond.ofInteraction = false;
-    return joined.restoreEditing(scene);
+    return joined.restoreEditing(scene, nullptr);
 }
 
-bool ZelSceneState::restoreEditing(ZelSceneEditing *scene) const
+bool ZelSceneState::restoreEditing(ZelSceneEditing *scene, Sdc *own) const
 {
     Sdc *const sdc = scene->getSdc();
     ZelDbSqliteModel *const db =
@@ -389,6 +143,7 @@ bool ZelSceneState::restoreEditing(ZelSceneEditing *scene) const
         if (!complexes.at(i)) {
             complexes[i] = new SdcCpx(db);
             complexes.at(i)->setBstBindingStatusEnabled(scene->isAllowedToDisplayBindingStatus());
+            d->complexes.at(i).identity.passTo(complexes.at(i));
             sdc->addSdcChild(complexes.at(i), true);
         }
         putProperties(complexes.at(i), d->complexes.at(i).properties);
@@ -405,6 +160,7 @@ bool ZelSceneState::restoreEditing(ZelSceneEditing *scene) const
         Sdc *const parentSdc = cpx ? cpx : sdc;
         if (!molecules.at(i)) {
             molecules[i] = new SdcMol(db);
+            d->molecules.at(i).identity.passTo(molecules.at(i));
             parentSdc->addSdcChild(molecules.at(i), true);
         }
         orders[parentSdc].append(molecules.at(i));
@@ -413,21 +169,29 @@ bool ZelSceneState::restoreEditing(ZelSceneEditing *scene) const
         putOrder(sdc, QList<Sdc *>(complexes.cbegin(), complexes.cend()));
     for (auto it = orders.cbegin(); it != orders.cend(); ++it)
         putOrder(it.key(), it.value());
-    putContents(scene, molecules);
+    const bool good = putContents(scene, molecules);
+    if (own)
+        putOwn(own, d->own);
     const QList<SdcBst *> sites = sitesOf(molecules);
     for (SdcBst *site : sites)
         site->updateDisplayBstBindingStatus();
     --scene->m_changeDepth;
     emit scene->signal_changed();
-    return true;
+    return good;
 }
 
-void ZelSceneState::putContents(ZelScene *scene, const QList<SdcMol *> &molecules) const
+bool ZelSceneState::putContents(ZelScene *scene, const QList<SdcMol *> &molecules) const
 {
     for (qsizetype i = 0; i < molecules.size(); ++i)
         putMolecule(scene, molecules.at(i), d->molecules.at(i));
-    putBonds(scene, molecules, d->bonds);
+    const bool good = putBonds(scene, molecules, d->bonds);
     // Taking a bond away has shown its sites' status anew.
     for (qsizetype i = 0; i < molecules.size(); ++i)
         putSitePens(molecules.at(i), d->molecules.at(i));
+    // Which molecule comes first may hang on the states that were put back.
+    for (SdcMol *mol : molecules) {
+        if (SdcCpx *cpx = mol->getParentSdcCpx())
+            cpx->setSpecisStaticSymmetryState(SdcCpx::SymmetryUnknown);
+    }
+    return good;
 }
