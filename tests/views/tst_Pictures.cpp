@@ -134,6 +134,9 @@ private slots:
                                      << QList<int>{100, -50, 100, -50, 100} << "L R B";
         QTest::newRow("dissociation") << PictureFunction(zgs::getPixMapForDissociation) << "cad1"
                                       << QList<int>{100, -50, 100, -50, 100} << "B L R";
+        QTest::newRow("dissociation within one complex")
+            << PictureFunction(zgs::getPixMapForDissociation) << "cad2" << QList<int>{100, -50, 100}
+            << "B B";
         QTest::newRow("transformation") << PictureFunction(zgs::getPixMapForTransformation)
                                         << "trn1" << QList<int>{100, -50, 100} << "R R";
         QTest::newRow("production") << PictureFunction(zgs::getPixMapForProduction) << "pdn1"
@@ -148,7 +151,11 @@ private slots:
         QFETCH(QList<int>, widths);
         QFETCH(QString, species);
         ReactionStage stage;
-        const QPixmap picture = function(psiimId, Size, &stage.db, nullptr);
+        QVERIFY(stage.db.cadInsert({{C::PsiimId, text("cad2")}, {C::CadSourceCpa, stage.cpaLR},
+            {C::CadResultCpa1, stage.cpaLR}, {C::GeometryText, text("Intra Complex")}}));
+        QHash<QString, QPixmap> cache;
+        const QPixmap picture = function(psiimId, Size, &stage.db, &cache);
+        QCOMPARE(function(psiimId, Size, &stage.db, &cache).cacheKey(), picture.cacheKey());
         int x = 0;
         int index = 0;
         const QColor yellow(ReactionStage::Yellow);

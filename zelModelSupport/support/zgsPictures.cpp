@@ -98,7 +98,16 @@ std::unique_ptr<ZelScene> loadScene(const QString &psiimId, int kind, ZelDbSqlit
 /// What stands in a reaction's picture.
 struct Part
 {
-    enum What { None, Species, SpeciesOrNothing, Plus, Arrow, Nothing, ProductionSymbol };
+    enum What {
+        None,
+        Species,
+        SpeciesOrNothing,
+        PlusSpecies, ///< neither when the record names none
+        Plus,
+        Arrow,
+        Nothing,
+        ProductionSymbol
+    };
 
     What what = None;
     int column = -1; ///< of the record, with the species' alias
@@ -122,8 +131,9 @@ constexpr ReactionKind association{&ZelDbSqliteModel::caiGetHashInfo,
 
 constexpr ReactionKind dissociation{&ZelDbSqliteModel::cadGetHashInfo,
     {{{Part::Species, ZelDbColumn::CadSourceCpa}, {Part::Arrow},
-        {Part::Species, ZelDbColumn::CadResultCpa1}, {Part::Plus},
-        {Part::Species, ZelDbColumn::CadResultCpa2}}},
+        {Part::Species, ZelDbColumn::CadResultCpa1},
+        // A bond within one complex leaves one.
+        {Part::PlusSpecies, ZelDbColumn::CadResultCpa2}}},
     "QPixmap zgs::getPixMapForDissociation(const QString & psiimId, "
     "const QSize & complexSize, ZelDbSqliteModel * zelDbSqliteModel)"};
 
@@ -207,6 +217,12 @@ private:
                 }
                 [[fallthrough]];
             case Part::Species:
+                addSpecies(alias);
+                break;
+            case Part::PlusSpecies:
+                if (alias.isEmpty())
+                    break;
+                addPlace(Part::Plus, m_operatorWidth);
                 addSpecies(alias);
                 break;
             case Part::ProductionSymbol:
