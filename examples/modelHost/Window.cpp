@@ -54,13 +54,8 @@ public:
     /// Shows all that is drawn, at twice its size at most.
     void showAll()
     {
-        const QRectF drawn = scene()->itemsBoundingRect().adjusted(-20.0, -20.0, 20.0, 20.0);
-        resetZoom();
-        const double fitting =
-            std::min(viewport()->width() / drawn.width(), viewport()->height() / drawn.height())
-            / transform().m11();
-        scaleView(std::min(fitting, 1.0));
-        centerOn(drawn.center());
+        ZelGraphicsViewZoom::showAll(
+            scene()->itemsBoundingRect().adjusted(-20.0, -20.0, 20.0, 20.0));
     }
 
     ~EditorView() override { setScene(nullptr); }

@@ -72,6 +72,41 @@ private slots:
         QVERIFY2(QLineF(QPointF(), centre).length() < 1.5, "the origin is in the centre");
     }
 
+    void showsAllOfADrawing_data()
+    {
+        rows<QRectF, double>({"drawing", "scale"},
+            {{"small", {QRectF(20.0, 10.0, 50.0, 50.0), 2.0}},
+                {"large", {QRectF(-300.0, -300.0, 1200.0, 300.0), 0.25}},
+                {"without extent", {QRectF(), 2.0}}});
+    }
+    void showsAllOfADrawing()
+    {
+        QFETCH(QRectF, drawing);
+        QFETCH(double, scale);
+        QGraphicsScene scene(-1000.0, -1000.0, 2000.0, 2000.0);
+        ZelGraphicsViewZoom view;
+        view.setFrameShape(QFrame::NoFrame);
+        view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        view.setScene(&scene);
+        view.resize(300, 200);
+        view.show();
+        view.showAll(drawing);
+        QCOMPARE(scaleOf(view), scale);
+        QVERIFY(view.viewport()
+                    ->rect()
+                    .adjusted(-1, -1, 1, 1)
+                    .contains(view.mapFromScene(drawing).boundingRect()));
+        // The wheel leads back, and no farther away than that.
+        turnWheel(&view, 120);
+        QCOMPARE(scaleOf(view), scale < 0.5 ? scale : scale * std::sqrt(0.5));
+        turnWheel(&view, -120);
+        QCOMPARE(scaleOf(view), scale < 0.5 ? scale * std::sqrt(2.0) : scale);
+        view.resetZoom();
+        turnWheel(&view, 720);
+        QCOMPARE(scaleOf(view), 2.0);
+    }
+
     void theSideWindowStartsUnscaled()
     {
         ZelGraphicsViewSideWindow view;

@@ -3,11 +3,19 @@
 #include <QTransform>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr double WheelDeltaPerDoubling = 240.0; // two notches
+
+double fittingScale(const QSize &shown, const QRectF &rect, double most)
+{
+    if (rect.width() > 0.0)
+        most = std::min(most, shown.width() / rect.width());
+    return rect.height() > 0.0 ? std::min(most, shown.height() / rect.height()) : most;
+}
 
 } // namespace
 
@@ -23,7 +31,7 @@ void ZelGraphicsViewZoom::scaleView(double factor)
     const double width =
         transform().scale(factor, factor).mapRect(QRectF(0.0, 0.0, 1.0, 1.0)).width();
     // Written so that a factor that is no number is refused as well.
-    if (width >= getMinScale() && width <= getMaxScale())
+    if (width >= std::min(getMinScale(), m_leastShownScale) && width <= getMaxScale())
         scale(factor, factor);
 }
 
@@ -50,8 +58,22 @@ double ZelGraphicsViewZoom::getMaxScale() const
 void ZelGraphicsViewZoom::resetZoom()
 {
     const double factor = getDefaultScaleFactor();
+    m_leastShownScale = std::numeric_limits<double>::infinity();
     setTransform(QTransform::fromScale(factor, factor));
     centerOn(0.0, 0.0);
+}
+
+void ZelGraphicsViewZoom::showAll(const QRectF &sceneRect)
+{
+    // The first scale may bring scroll bars, which leave less room.
+    for (int pass = 0; pass < 2; ++pass) {
+        const double scale = fittingScale(viewport()->size(), sceneRect, getDefaultScaleFactor());
+        if (!(scale > 0.0))
+            return;
+        m_leastShownScale = scale;
+        setTransform(QTransform::fromScale(scale, scale));
+    }
+    centerOn(sceneRect.center());
 }
 
 void ZelGraphicsViewZoom::wheelEvent(QWheelEvent *e)

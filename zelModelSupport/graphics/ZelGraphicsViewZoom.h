@@ -2,6 +2,8 @@
 
 #include "zelModelSupport/graphics/ZelGraphicsView.h"
 
+#include <limits>
+
 /// A view that the wheel zooms, within fixed limits.
 class ZELMODELSUPPORT_EXPORT ZelGraphicsViewZoom : public ZelGraphicsView
 {
@@ -20,7 +22,14 @@ public:
 
     /// The default factor as the scale, with the scene's origin in the centre.
     void resetZoom();
+    /// Shows all of a rectangle of the scene, in the centre as far as the scene's rectangle allows,
+    /// at the default factor or the largest smaller scale at which it fits. That may be less than
+    /// the smallest allowed scale, which then is the smallest until resetZoom().
+    void showAll(const QRectF &sceneRect);
 
 protected:
     void wheelEvent(QWheelEvent *e) override;
+
+private:
+    double m_leastShownScale = std::numeric_limits<double>::infinity();
 };
