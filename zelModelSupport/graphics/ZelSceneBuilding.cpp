@@ -60,6 +60,13 @@ QBrush brushOf(SdcMol *mol)
     return color.isValid() ? color : mol->getMolDefaultColor();
 }
 
+// A component that is joined to no other.
+void warnOfLooseComponent()
+{
+    qDebug() << "Warning at SdcMcp * ZelScene::addSdcMcp(QGraphicsEllipseItem * referenceItem, "
+                "SdcMcp * sdcMcpToAttach)";
+}
+
 } // namespace
 
 ZelEllipseItemMcp *ZelScene::createMcp(const QRectF &sceneRect)
@@ -101,6 +108,8 @@ ZelEllipseItemMcp *ZelScene::addMcp(QGraphicsEllipseItem *ref, ZelEllipseItemMcp
     ZelEllipseItemMcp *const item = createPlacedMcp(ref, attachTo);
     if (!item)
         return nullptr;
+    if (!attachTo)
+        warnOfLooseComponent();
     const Change change(this);
     addItem(item);
     drawBackBones(item, attachTo);
@@ -158,6 +167,8 @@ SdcMcp *ZelScene::addSdcMcp(QGraphicsEllipseItem *referenceItem, SdcMcp *sdcMcpT
     ZelEllipseItemMcp *const item = createPlacedMcp(referenceItem, attachTo);
     if (!item)
         return nullptr;
+    if (!attachTo && !mol->isEmpty())
+        warnOfLooseComponent();
     const Change change(this);
     addItem(item);
     drawBackBones(item, attachTo);
@@ -403,8 +414,6 @@ ZelEllipseItemMcp *ZelScene::createPlacedMcp(QGraphicsEllipseItem *ref, ZelEllip
         item->setPos(*place);
         return item;
     }
-    qDebug() << "Warning at SdcMcp * ZelScene::addSdcMcp(QGraphicsEllipseItem * referenceItem, "
-                "SdcMcp * sdcMcpToAttach)";
     const QList<QGraphicsItem *> all = items();
     const bool first = std::none_of(all.cbegin(), all.cend(),
         [](QGraphicsItem *other) { return ZelGItem::toZelEllipseItem(other); });
