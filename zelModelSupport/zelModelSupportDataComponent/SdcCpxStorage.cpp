@@ -8,6 +8,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcNewParts.h"
 
 #include <QDebug>
 #include <QMessageBox>
@@ -293,6 +294,7 @@ bool SdcCpx::loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScen
     const QPointF origin = refPos + layout.topLeft;
     const SdcLayoutChildren layouts(layout, SdcType::Mol);
     QRectF occupied;
+    SdcNewParts::Drawn drawn;
     const QStringList molIds = db->cpxGetListMolPsiimId(psiimId);
     for (qsizetype i = 0; i < molIds.size(); ++i) {
         const SdcLayout &molLayout = layouts.find(molIds.at(i), static_cast<int>(i));
@@ -307,6 +309,8 @@ bool SdcCpx::loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScen
             mol->setProperty(SdcProperty::PsiimId, molIds.at(i)); // it keeps its position
         addSdcChild(mol, true);
         occupied |= mol->getSdcSceneRectF();
+        drawn.emplace_back(mol, &molLayout);
     }
+    SdcNewParts::settle(drawn);
     return true;
 }

@@ -7,9 +7,13 @@
 #include "zelModelSupport/graphics/ZelSceneMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcNewParts.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
+
+#include <array>
 
 using namespace SdcReactionStorage;
 
@@ -122,14 +126,20 @@ bool SdcMli::loadFromDb(const QString &psiimId, ZelSceneMli *scene)
         LoadFunction, psiimId, record.value(ZelDbColumn::GraphicsInfo), "mli", "mol");
     const QList<QStringList> pairs = db->mliGetArrayBstBst(psiimId);
     bool good = true;
-    Sdc *before = nullptr;
+    SdcMol *before = nullptr;
+    std::array<SdcLayout, MolCount> own;
+    SdcNewParts::Drawn drawn;
     for (int i = 0; i < MolCount; ++i) {
         QString id = molAtPosition(db, pairs, QString::number(i));
         const QDomElement layout = layouts.find(id, i);
         if (id.isEmpty())
             id = layout.attribute(QStringLiteral("psiimId"));
         before = addMol(id, layout, scene, layouts.refPosOf(layout, before), &good);
+        SdcLayout &ownLayout = own.at(static_cast<std::size_t>(i));
+        ownLayout = SdcLayout::fromElement(layout);
+        drawn.emplace_back(before, &ownLayout);
     }
+    SdcNewParts::settle(drawn);
     updateBstBstMli(scene);
     return good && m_bonds.size() == 1;
 }

@@ -12,6 +12,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcNewParts.h"
 #include "zelShare/ZelShare.h"
 
 #include <QBrush>
@@ -19,8 +20,6 @@
 #include <QDomElement>
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 
 namespace {
 
@@ -28,23 +27,10 @@ namespace {
 constexpr double DefaultMcpWidth = 60.0;
 constexpr double DefaultMcpHeight = 40.0;
 constexpr double DefaultMcpGap = 10.0;
-constexpr double DefaultBstSize = 12.0;
 
 QString withDefault(const QString &text, const char *defaultText)
 {
     return text.isEmpty() ? QLatin1String(defaultText) : text;
-}
-
-/// A place on the rim for a site that the layout does not mention: evenly around, from the top.
-QRectF defaultSiteRect(const QRectF &mcpRect, qsizetype index, qsizetype count)
-{
-    const double angle = 2.0 * std::numbers::pi * static_cast<double>(index)
-        / static_cast<double>(std::max<qsizetype>(count, 1));
-    const QPointF centre = mcpRect.center()
-        + QPointF(
-            std::sin(angle) * mcpRect.width() / 2.0, -std::cos(angle) * mcpRect.height() / 2.0);
-    return {centre - QPointF(DefaultBstSize / 2.0, DefaultBstSize / 2.0),
-        QSizeF(DefaultBstSize, DefaultBstSize)};
 }
 
 } // namespace
@@ -72,8 +58,13 @@ public:
 
         const SdcLayoutChildren layouts(layout, SdcType::Mcp);
         const QStringList mcpIds = m_db->molGetListMcpPsiimId(psiimId);
-        for (qsizetype i = 0; i < mcpIds.size(); ++i)
-            loadMcp(mcpIds.at(i), layouts.find(mcpIds.at(i), static_cast<int>(i)));
+        SdcNewParts::Layouts gainedLayouts(m_mol, m_origin);
+        for (int i = 0; i < static_cast<int>(mcpIds.size()); ++i) {
+            const SdcLayout &own = layouts.find(mcpIds.at(i), i);
+            const std::optional<SdcLayout> gained =
+                own.isNull() && !layout.isNull() ? gainedLayouts.of(mcpIds.at(i), i) : std::nullopt;
+            loadMcp(mcpIds.at(i), gained ? *gained : own);
+        }
         drawBackBones(psiimId);
         return true;
     }
@@ -179,14 +170,17 @@ private:
     {
         const SdcLayoutChildren layouts(mcpLayout, SdcType::Bst);
         const QStringList ids = m_db->bstGetListPsiimIdBasedOnMcp(mcpId);
+        QList<QRectF> taken; // by the sites before
         for (qsizetype i = 0; i < ids.size(); ++i) {
             const QString &id = ids.at(i);
             const SdcLayout &layout = layouts.find(id, static_cast<int>(i));
             checkId(layout, id);
-            if (!layout.rect)
+            // One that the component has gained since it was drawn is no fault.
+            if (!layout.rect && !(layout.isNull() && mcpLayout.rect))
                 report(id, QStringLiteral("has no place in the layout"));
             const QRectF rect = layout.rect ? layout.rect->translated(mcpRect.topLeft())
-                                            : defaultSiteRect(mcpRect, i, ids.size());
+                                            : SdcNewParts::siteRect(mcpRect, i, ids.size(), taken);
+            taken.append(rect);
             ZelEllipseItemBst *const bstItem =
                 m_scene ? m_scene->addBst(rect, item) : ZelScene::createBst(rect, item);
             bstItem->setBrush(QBrush(m_mol->m_color, Qt::SolidPattern));
@@ -245,6 +239,7 @@ public:
     {
         giveIds();
         const QString molId = m_mol->getPsiimId();
+        const QSet<QString> before = SdcNewParts::storedParts(molId, m_db);
         check(m_db->molInsert(molRecord()));
         saveReferences(QStringLiteral("mol"), m_mol);
         const QList<SdcMcp *> mcps = m_mol->getListSdcMcp();
@@ -263,6 +258,7 @@ public:
             }
         }
         check(m_db->molRemoveRowsExcept(molId, m_kept));
+        check(SdcNewParts::unsetWellDefined(molId, before, m_db));
         return m_good;
     }
 
