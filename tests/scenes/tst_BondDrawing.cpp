@@ -97,6 +97,7 @@ private slots:
         rows<QString, QString>({"case_", "word"},
             {{"same molecule", {"same", "same molecule"}},
                 {"bound site", {"bound", "\"B / b1\" is bound already"}},
+                {"site marked Bound", {"marked", "\"B / b1\" is marked as bound"}},
                 {"sides of the membrane", {"sides", "different sides of the membrane"}}});
     }
 
@@ -109,6 +110,8 @@ private slots:
             target = site(0, "a3");
         } else if (case_ == QLatin1String("bound")) {
             QVERIFY(m_scene->drawBond(site(1, "b1"), site(2, "b1")));
+        } else if (case_ == QLatin1String("marked")) {
+            target->setBindingStatus(BindingStatusBound);
         } else {
             site(0, "a1")->getParentMcp()->setProperty(SdcProperty::Location, "Outside");
             target->getParentMcp()->setProperty(

@@ -1,5 +1,7 @@
 #include "EditingStage.h"
 #include "zelModelSupport/graphics/ZelSceneCpxTemp.h"
+#include "zelModelSupport/graphics/ZelSceneMol.h"
+#include "zelModelSupport/graphics/ZelSceneState.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
@@ -96,6 +98,34 @@ private slots:
         QCOMPARE(Hands::centreOf(m_mols.at(2)), before.at(2));
     }
 
+    void draggedMoleculeIsOnTop()
+    {
+        const QPointF home = componentOf(0);
+        const QPointF place = componentOf(1);
+        const auto molAt = [&](const QPointF &p) {
+            return m_scene->getZelGItemFromScenePos(p)->getSdc()->getParentSdcMol();
+        };
+        m_user->drag(home, place);
+        QCOMPARE(molAt(place), m_mols.at(0));
+        m_user->drag(place, home);
+        m_user->drag(componentOf(1), home);
+        QCOMPARE(molAt(home), m_mols.at(1));
+    }
+
+    void sceneRectFollows()
+    {
+        const QRectF least = m_scene->sceneRect();
+        SdcMol *const far = m_scene->addMolFromDb(m_model->molA(), {3000.0, 0.0});
+        const ZelSceneState state = ZelSceneState::take(m_scene.get());
+        const QPointF at = Hands::centreOf(far->getSdcMcpAtIndex(0));
+        m_user->drag(at, at + QPointF(0.0, 1500.0));
+        QVERIFY(m_scene->sceneRect().contains(far->getSdcSceneRectF()));
+        m_scene->removeSdcMol(far);
+        QCOMPARE(m_scene->sceneRect(), least);
+        QVERIFY(state.restore(m_scene.get()));
+        QVERIFY(m_scene->sceneRect().contains(m_scene->getSceneRectForAllItems()));
+    }
+
     void menuTurnsAndFlips_data()
     {
         rows<QString, bool>({"entry", "group"},
@@ -173,6 +203,94 @@ private slots:
         m_scene->removeBond(m_scene->getSdcCpx()->getListSdcBstBstCpx().at(0));
         QCOMPARE(markColor(), unbound);
         QCOMPARE(site(1, "b2")->getBindingStatus(), BindingStatusUnbound);
+    }
+
+    void storedBondLeavesItsSitesFree_data()
+    {
+        rows<bool>({"wholeMolecule"}, {{"bond", {false}}, {"molecule", {true}}});
+    }
+
+    void storedBondLeavesItsSitesFree()
+    {
+        QFETCH(bool, wholeMolecule);
+        bond();
+        m_scene->removeSdcMol(m_mols.at(2));
+        SdcCpx *const cpx = m_scene->getSdcCpx();
+        QVERIFY(cpx->saveToDbCpx() && cpx->saveToDbCpa());
+        QVERIFY(m_scene->loadAlias(cpx->getProperty(SdcProperty::CpaPsiimId)));
+        SdcBstBstCpx *const loaded = cpx->getListSdcBstBstCpx().at(0);
+        SdcBst *const left = loaded->getSdcBst1();
+        const QPointer<SdcBst> other = loaded->getSdcBst2();
+        const ZelSceneState state = ZelSceneState::take(m_scene.get());
+        QSignalSpy ended(m_scene.get(), &ZelScene::signal_changeEnd);
+        if (wholeMolecule)
+            m_scene->removeSdcMol(other->getParentSdcMol());
+        else
+            QVERIFY(m_user->choose(Hands::centreOf(other), "Delete Bond"));
+        QCOMPARE(ended.size(), 1);
+        for (SdcBst *site : wholeMolecule ? QList{left} : QList{left, other.data()})
+            QCOMPARE(site->getBindingStatus(), BindingStatusUnbound);
+        QVERIFY(state.restore(m_scene.get()));
+        QCOMPARE(cpx->getListSdcBstBstCpx().size(), 1);
+        QCOMPARE(left->getStoredBindingStatus(), BindingStatusBound);
+    }
+
+    void oneLookForOneState_data()
+    {
+        rows<QString>({"how"}, {{"molecule", {"mol"}}, {"complex", {"drop"}}, {"load", {"load"}}});
+    }
+
+    // What comes with all features On looks as it does when it is opened again.
+    void oneLookForOneState()
+    {
+        QFETCH(QString, how);
+        m_scene->removeContents();
+        m_scene->addMolFromDb(m_model->molA(), {0.0, 0.0});
+        SdcCpx *const cpx = m_scene->getSdcCpx();
+        QVERIFY(cpx->saveToDbCpx());
+        const QString id = cpx->getPsiimId();
+        if (how == QLatin1String("drop")) {
+            m_scene->removeContents();
+            QVERIFY(m_scene->addCpxFromDb(id, {0.0, 0.0}));
+        } else if (how == QLatin1String("load")) {
+            QVERIFY(m_scene->load(id));
+        }
+        QVERIFY(cpx->saveToDbCpa());
+        const QImage before = picture();
+        QVERIFY(m_scene->loadAlias(cpx->getProperty(SdcProperty::CpaPsiimId)));
+        QCOMPARE(picture(), before);
+    }
+
+    void aMoleculeGrowsAfterItsComplexes()
+    {
+        bond();
+        // B lies where a new component would come, were it alone.
+        const QRectF first = m_mols.at(0)->getSdcSceneRectF();
+        m_scene->moveListSdcMcps(m_mols.at(1)->getListSdcMcp(),
+            first.center() + QPointF(0.5 * first.width() + 50.0, 0.0)
+                - Hands::centreOf(m_mols.at(1)));
+        m_scene->removeSdcMol(m_mols.at(2));
+        SdcCpx *const cpx = m_scene->getSdcCpx();
+        cpx->setAllBstStatus(BindingStatusUnbound);
+        QVERIFY(cpx->saveToDbCpx() && cpx->saveToDbCpa());
+        const QStringList aliases{cpx->getProperty(SdcProperty::CpaPsiimId)};
+        ZelSceneMol drawing;
+        SdcMol mol(m_model->db());
+        QVERIFY(mol.loadFromDb(m_model->molA(), &drawing));
+        drawing.setSdc(&mol);
+        QGraphicsEllipseItem reference(0.0, 0.0, 60.0, 40.0);
+        QVERIFY(drawing.addSdcMcp(&reference, mol.getSdcMcpAtIndex(1)) && mol.saveToDb());
+        QCOMPARE(m_model->db()->cpaGetListWellDefinedPsiimIds(), aliases);
+        QVERIFY(drawing.addSdcBst(mol.getSdcMcpAtIndex(2)));
+        QVERIFY(drawing.addSdcBst(mol.getSdcMcpAtIndex(0)) && mol.saveToDb());
+        QVERIFY(m_model->db()->cpaGetListWellDefinedPsiimIds().isEmpty());
+
+        QVERIFY(m_scene->loadAlias(aliases.at(0))); // and nothing is reported
+        QCOMPARE(cpx->getListSdcBst().size(), 7);
+        for (SdcMcp *mcp : cpx->getListSdcMcp())
+            QVERIFY(!m_scene->collidingWithOtherSdcItems(
+                mcp->getZelEllipseItemMcp(), QList<ZelEllipseItem *>()));
+        QVERIFY2(cpx->getSdcSceneRectF().width() < 400.0, "beside its neighbour");
     }
 
     void menusSetStates()

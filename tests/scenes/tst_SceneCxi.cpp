@@ -118,6 +118,7 @@ private slots:
             {{"same complex", {"complex", "same complex"}},
                 {"same molecule", {"molecule", "same molecule"}},
                 {"bound within", {"bound", "is bound already"}},
+                {"bound to what is not drawn", {"marked", "is marked as bound"}},
                 {"twice", {"twice", "joined already"}}});
     }
 
@@ -133,6 +134,8 @@ private slots:
             target = site(0, 0, "a1");
         else if (case_ == QLatin1String("bound"))
             source = site(0, 0, "a3");
+        else if (case_ == QLatin1String("marked"))
+            target->setBindingStatus(BindingStatusBound);
         else
             QVERIFY(m_scene->drawBond(target, source));
         const qsizetype bonds = cxi()->getListSdcBstBstCxi().size();

@@ -44,6 +44,7 @@ inline constexpr double BondDrawingReach = 8.0; ///< from a site's rim, at which
 inline constexpr double BondClickReach = 4.0; ///< from a bond's line, at which a click finds it
 inline constexpr double PlacingGap = 6.0; ///< around what a scene finds a place for
 inline constexpr double PlacingStep = 20.0;
+inline constexpr double EditingRoom = 200.0; ///< around what an editing scene holds
 
 inline constexpr double ResultMargin = 12.0; ///< between the result of an interaction and its frame
 inline constexpr double ResultGap = 40.0; ///< between that frame and the complexes

@@ -137,6 +137,8 @@ bool ZelSceneCpx::loadInto(const QString &tag, const QString &psiimId)
     clearToLoad(cpx);
     const bool loaded =
         isAlias(tag) ? cpx->loadCpaFromDb(psiimId, this) : cpx->loadCpxFromDb(psiimId, this);
+    if (!isAlias(tag))
+        settleStates(getSdcCpx());
     showStates(getSdcCpx());
     contentsChanged();
     return loaded;
@@ -156,6 +158,8 @@ bool ZelSceneCpx::addContents(const QString &tag, const QString &psiimId, const 
     SdcCpx guest(getZelDbSqliteModel());
     const bool loaded =
         isAlias(tag) ? guest.loadCpaFromDb(psiimId, this) : guest.loadCpxFromDb(psiimId, this);
+    if (!isAlias(tag))
+        settleStates(&guest);
     placeAt(guest.getListSdcMcp(), scenePos);
     const QList<SdcBstBstCpx *> bonds = guest.getListSdcBstBstCpx();
     for (SdcBstBstCpx *bond : bonds)

@@ -279,6 +279,7 @@ void ZelSceneCxi::placeResult()
     const QRectF all = getSceneRectForAllItems();
     const QRectF own = m_result->boundingRect();
     m_result->setPos(all.right() + zel::drawing::ResultGap - own.left(), all.center().y());
+    followContents();
 }
 
 QString ZelSceneCxi::resultTitle(SdcBstBstCxi *bond) const

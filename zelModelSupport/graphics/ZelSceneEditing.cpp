@@ -15,6 +15,8 @@
 #include <QKeyEvent>
 #include <QToolTip>
 
+#include <utility>
+
 namespace {
 
 SdcBst *siteOf(ZelGItem *item)
@@ -36,6 +38,9 @@ ZelSceneEditing::ZelSceneEditing(QObject *parent)
           this, [this](SdcBst *first, SdcBst *second) { return getBondRefusal(first, second); }))
 {
     setFurtherDisplayFlag(1);
+    m_leastSceneRect = sceneRect();
+    connect(this, &ZelScene::signal_changed, this, &ZelSceneEditing::followContents);
+    connect(this, &ZelScene::signal_changeEnd, this, &ZelSceneEditing::followContents);
     connect(this, &ZelScene::zelGItemClicked, this, &ZelSceneEditing::itemClicked);
     connect(this, &ZelScene::noGItemClicked, this, &ZelSceneEditing::spaceClicked);
     connect(this, &ZelScene::signal_setStickyState, this, &ZelSceneEditing::applyStickyState);
@@ -93,6 +98,10 @@ QString ZelSceneEditing::getSiteRefusal(SdcBst *site)
     if (site->isInCpxBinding())
         return tr("Binding site \"%1\" is bound already. Delete its bond first.")
             .arg(getSiteName(site));
+    if (site->isBound())
+        return tr("Binding site \"%1\" is marked as bound, to something that is not drawn. Mark it "
+                  "as unbound in its complex first.")
+            .arg(getSiteName(site));
     return {};
 }
 
@@ -123,8 +132,25 @@ void ZelSceneEditing::removeBond(SdcBstBst *bond)
 {
     if (!bond)
         return;
-    removeSdcBstBst(bond);
-    contentsChanged();
+    const QPointer<ZelSceneEditing> self = this;
+    {
+        const Change change(this);
+        QList<QPointer<SdcBst>> sites;
+        if (bond->isSdcBstBstCpx()) {
+            for (SdcBst *site : bond->getListSdcBst())
+                sites.append(site);
+        }
+        removeSdcBstBst(bond);
+        freeSites(sites);
+    }
+    if (self)
+        contentsChanged();
+}
+
+void ZelSceneEditing::setSdc(Sdc *sdc)
+{
+    ZelScene::setSdc(sdc);
+    followContents();
 }
 
 bool ZelSceneEditing::toMove() const
@@ -141,12 +167,16 @@ bool ZelSceneEditing::allowToChangeRelativePos() const
 void ZelSceneEditing::itemPressed(ZelGItem *)
 {
     m_siteRefused = false;
+    m_raised = false;
 }
 
 bool ZelSceneEditing::itemDragged(ZelGItem *item, const QPointF &scenePos)
 {
-    if (!isSite(item) || m_pressModifiers.testFlag(Qt::AltModifier))
+    if (!isSite(item) || m_pressModifiers.testFlag(Qt::AltModifier)) {
+        if (toMove() && !std::exchange(m_raised, true))
+            raise(getListSdcMcpToMove(item->getSdc()));
         return false;
+    }
     if (m_siteRefused || !siteOf(item))
         return true;
     m_lastScenePos = scenePos;

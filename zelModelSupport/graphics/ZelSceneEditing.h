@@ -18,6 +18,8 @@ class ZelSceneBondDrawing;
 /// A drag of a component moves its unit, with Ctrl all units that bonds join to it; a drag of a
 /// site draws a bond, with Alt it moves the site on the rim; Escape gives a half-drawn bond up;
 /// Delete removes what was clicked last. Unlike other scenes this one also destroys molecules.
+/// What is dragged comes to lie on top, and the scene's rectangle grows and shrinks with what is
+/// drawn, down to the one it begins with.
 class ZELMODELSUPPORT_EXPORT ZelSceneEditing : public ZelScene
 {
     Q_OBJECT
@@ -51,7 +53,8 @@ public:
     bool isBondAllowed(SdcBst *first, SdcBst *second) override;
     /// addBond() as one change, or null and signal_bondRefused().
     SdcBstBst *drawBond(SdcBst *first, SdcBst *second);
-    /// Takes a bond away; what it joined stays.
+    /// Takes a bond away; what it joined stays. Sites that were marked Bound by it, as those of a
+    /// stored complex are, become Unbound.
     void removeBond(SdcBstBst *bond);
 
     /// What is moved, turned and removed as a whole: the molecule to which a component or site
@@ -79,6 +82,7 @@ public:
     /// Why such a record may not be added, as a sentence; empty when it may.
     virtual QString getRecordRefusal(const QString &tag, const QString &psiimId);
 
+    void setSdc(Sdc *sdc) override;
     bool toMove() const override;
     bool allowToChangeRelativePos() const override;
     QList<SdcMcp *> getListSdcMcpToMove(Sdc *sdc) override;
@@ -119,12 +123,17 @@ protected:
     void refuseRecord(const QString &reason);
     /// Empties the data component's properties for what is to be loaded into it.
     void clearToLoad(Sdc *sdc);
+    /// Brings the scene's rectangle up to date with what is drawn.
+    void followContents();
     /// Shows the states of sites in all that the data component holds.
     void showStates(SdcCpx *cpx);
     /// Puts components with all that is attached to them at a position, or on the nearest place
     /// where they lie apart from all others.
     void placeAt(const QList<SdcMcp *> &components, const QPointF &scenePos);
     static QString getSiteName(SdcBst *site);
+    /// A molecule as stored has all features On: drawn half filled, as in its own drawing, and
+    /// some may exclude each other. Makes them the states of a complex.
+    static void settleStates(Sdc *sdc);
 
 private:
     friend class ZelSceneState;
@@ -141,13 +150,14 @@ private:
     // Units
     bool turn(Sdc *unit, bool connected, const std::function<bool(const QList<SdcMcp *> &)> &act);
     void destroyUnit(Sdc *unit);
+    /// Of complexes, that no bond holds any more.
+    static void freeSites(const QList<QPointer<SdcBst>> &sites);
+    void raise(const QList<SdcMcp *> &components);
 
     // Menus
     void applyStickyState(ZelRectItemMcpSticky *sticky, int state);
     void applyNegation(SdcMcp *mcp, bool negated);
     void applyBindingStatus(SdcBst *bst, BindingStatusType status);
-    /// A molecule as stored has all features On, of which some may exclude each other.
-    static void settleExclusiveFeatures(SdcMol *mol);
     Actions createBondActions(SdcBstBst *bond);
     Actions createUnitActions(Sdc *unit);
     template <typename Act>
@@ -158,6 +168,8 @@ private:
     Qt::KeyboardModifiers m_pressModifiers;
     QPointF m_pressScenePos;
     QPointF m_lastScenePos;
+    QRectF m_leastSceneRect;
+    bool m_raised = false; // what this press drags
     bool m_siteRefused = false; // this press has been told why no bond begins there
     bool m_appliesMenus = true;
 };

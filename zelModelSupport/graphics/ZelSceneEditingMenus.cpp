@@ -248,14 +248,19 @@ void ZelSceneEditing::applyBindingStatus(SdcBst *bst, BindingStatusType status)
     emit signal_changed();
 }
 
-void ZelSceneEditing::settleExclusiveFeatures(SdcMol *mol)
+void ZelSceneEditing::settleStates(Sdc *sdc)
 {
-    const QList<SdcMcp *> components = mol->getListSdcMcp();
+    const QList<SdcMcp *> components = sdc ? sdc->getListSdcMcp() : QList<SdcMcp *>();
     for (SdcMcp *mcp : components) {
+        const QList<ZelRectItemMcpSticky *> stickies = mcp->getListSticky();
+        for (ZelRectItemMcpSticky *sticky : stickies) {
+            if (sticky)
+                sticky->setStateType(sticky->getStateType(), false);
+        }
         const QList<QStringList> groups = exclusionGroupsOf(mcp);
         if (groups.isEmpty())
             continue;
-        for (ZelRectItemMcpSticky *sticky : mcp->getListSticky()) {
+        for (ZelRectItemMcpSticky *sticky : stickies) {
             if (sticky && sticky->getStateType() == ComponentStateOn)
                 turnRivalsOff(sticky, groups);
         }

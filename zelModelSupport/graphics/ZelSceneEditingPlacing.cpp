@@ -9,21 +9,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
-
-namespace {
-
-QRectF jointRect(const QList<SdcMcp *> &components)
-{
-    QRectF rect;
-    for (SdcMcp *mcp : components) {
-        rect |= mcp->getSdcSceneRectF();
-        for (SdcBst *bst : mcp->getListSdcBst())
-            rect |= bst->getSdcSceneRectF();
-    }
-    return rect;
-}
-
-} // namespace
+#include "zelModelSupport/zelModelSupportDataComponent/SdcNewParts.h"
 
 SdcMol *ZelSceneEditing::addMolFromDb(const QString &psiimId, const QPointF &scenePos)
 {
@@ -38,7 +24,8 @@ SdcMol *ZelSceneEditing::addMolFromDb(const QString &psiimId, const QPointF &sce
         const Change change(this);
         mol = new SdcMol(getZelDbSqliteModel());
         mol->loadFromDb(psiimId, this);
-        settleExclusiveFeatures(mol);
+        if (isEditingStates())
+            settleStates(mol);
         placeAt(mol->getListSdcMcp(), scenePos);
         if (Sdc *parentSdc = mol ? getMolParent() : nullptr)
             parentSdc->addSdcChild(mol, true);
@@ -75,10 +62,18 @@ QString ZelSceneEditing::getRecordRefusal(const QString &tag, const QString &psi
     return {};
 }
 
+void ZelSceneEditing::followContents()
+{
+    const double room = zel::drawing::EditingRoom;
+    const QRectF rect = m_leastSceneRect | itemsBoundingRect().adjusted(-room, -room, room, room);
+    if (rect != sceneRect())
+        setSceneRect(rect);
+}
+
 // The nearest place is looked for on rings about the wanted one.
 void ZelSceneEditing::placeAt(const QList<SdcMcp *> &components, const QPointF &scenePos)
 {
-    const QRectF rect = jointRect(components);
+    const QRectF rect = SdcNewParts::coveredBy(components);
     if (rect.isNull())
         return;
     QList<QRectF> taken;

@@ -1,5 +1,6 @@
 // The units of an editing scene, which are moved, turned and removed as a whole.
 
+#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelSceneEditing.h"
 #include "zelModelSupport/support/zgs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
@@ -69,10 +70,28 @@ void ZelSceneEditing::removeUnit(Sdc *unit)
     const QPointer<ZelSceneEditing> self = this;
     {
         const Change change(this);
+        QList<QPointer<SdcBst>> partners;
+        for (SdcBst *site : unit->getListSdcBst()) {
+            for (SdcBstBst *bond : site->getListSdcBstBst()) {
+                if (bond->isSdcBstBstCpx())
+                    partners.append(bond->getPartnerSdcBst(site));
+            }
+        }
         destroyUnit(unit);
+        freeSites(partners);
     }
     if (self)
         contentsChanged();
+}
+
+// A complex that was stored marks what its bonds hold as bound; before he drew a bond, the user may
+// have said anything of its sites.
+void ZelSceneEditing::freeSites(const QList<QPointer<SdcBst>> &sites)
+{
+    for (const QPointer<SdcBst> &site : sites) {
+        if (site && site->getStoredBindingStatus() == BindingStatusBound && !site->isInCpxBinding())
+            site->setBindingStatus(BindingStatusUnbound);
+    }
 }
 
 void ZelSceneEditing::removeSdcMol(SdcMol *sdcMol)
@@ -113,6 +132,29 @@ void ZelSceneEditing::destroyUnit(Sdc *unit)
     if (Sdc *parentSdc = target ? target->getParentSdc() : nullptr)
         parentSdc->removeSdcChild(target);
     delete target.data();
+}
+
+// Among the components only: z-values keep saying what kind of item lies on what.
+void ZelSceneEditing::raise(const QList<SdcMcp *> &components)
+{
+    QGraphicsItem *lowest = nullptr;
+    QList<QGraphicsItem *> above;
+    const QList<QGraphicsItem *> all = items(Qt::AscendingOrder);
+    for (QGraphicsItem *item : all) {
+        ZelEllipseItemMcp *const mcpItem = ZelGItem::toZelEllipseItemMcp(item);
+        if (!mcpItem)
+            continue;
+        if (!components.contains(mcpItem->getSdcMcp())) {
+            above.append(item);
+        } else if (!lowest) {
+            lowest = item;
+            above.clear();
+        }
+    }
+    for (QGraphicsItem *item : std::as_const(above)) {
+        if (lowest && item->parentItem() == lowest->parentItem())
+            item->stackBefore(lowest);
+    }
 }
 
 QList<SdcMcp *> ZelSceneEditing::getListSdcMcpToMove(Sdc *sdc)

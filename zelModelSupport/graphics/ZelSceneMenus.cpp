@@ -175,7 +175,9 @@ void ZelScene::execBstMenu(ZelEllipseItemBst *item, const QPoint &screenPos)
     const QAction *const checked = group.checkedAction();
     if (!self || !bst || !checked)
         return;
-    const auto status = static_cast<BindingStatusType>(checked->data().toInt());
+    auto status = static_cast<BindingStatusType>(checked->data().toInt());
+    if (status == present) // what was left as it is may have changed by deleting the site's bond
+        status = bst->getBindingStatus();
     const Change change(status != bst->getBindingStatus() ? this : nullptr);
     emit signal_setBstBindingStatus(bst, status);
 }
