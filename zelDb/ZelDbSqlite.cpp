@@ -352,20 +352,55 @@ QString ZelDbSqlite::getGraphicsInfo(
     return ZelDbRecords::text(connection, *kind, "graphicsInfo", psiimId);
 }
 
-bool ZelDbSqlite::isUniqueShortName(const QString &recordWord, const QString &shortName,
+ZelDbNameAnswer ZelDbSqlite::askShortName(const QString &recordWord, const QString &shortName,
     const QString &psiimIdToExcept, const ZelDbSqliteModel *model)
 {
     if (!model || !model->database())
-        return true;
+        return {ZelDbNameAnswer::Free, QString()};
     ZelDbConnection *connection = ZelDbRecords::connection(model);
     const ZelDbKind *kind = ZelDbSchema::kind(recordWord);
-    if (!connection || !kind)
-        return false;
-    bool taken = false;
+    if (!connection)
+        return {};
+    if (!kind) {
+        connection->fail(
+            InvalidInput, QLatin1String("There is no kind '%1' of records.").arg(recordWord));
+        return {};
+    }
+    ZelDbNameAnswer answer{ZelDbNameAnswer::Free, QString()};
     const bool ok = connection->read(
-        QLatin1String("SELECT 1 FROM %1 WHERE shortName = ? AND psiimId <> ? LIMIT 1")
+        QLatin1String("SELECT psiimId FROM %1 WHERE shortName = ? AND psiimId <> ? LIMIT 1")
             .arg(recordWord),
         {ZelDbRecords::notNull(shortName), ZelDbRecords::notNull(psiimIdToExcept)},
-        [&](const QSqlQuery &) { taken = true; });
-    return ok && !taken;
+        [&](const QSqlQuery &row) {
+            answer = {ZelDbNameAnswer::Taken, row.value(0).toString()};
+        });
+    return ok ? answer : ZelDbNameAnswer();
+}
+
+QString ZelDbSqlite::getFreeShortName(const QString &recordWord, const QString &base,
+    const QString &psiimIdToExcept, const ZelDbSqliteModel *model, qint64 *number)
+{
+    qint64 first = 0;
+    qint64 &next = number ? *number : first;
+    // Only so many names can be taken, so that the first question may be the last one.
+    qint64 tries = -1;
+    for (qint64 i = 0; tries < 0 || i <= tries; ++i) {
+        const QString name = next == 0 ? base : base + u'_' + QString::number(next);
+        ++next;
+        const ZelDbNameAnswer answer = askShortName(recordWord, name, psiimIdToExcept, model);
+        if (answer.state == ZelDbNameAnswer::Free)
+            return name;
+        if (answer.state == ZelDbNameAnswer::Unknown)
+            return {};
+        if (tries < 0)
+            tries = std::max<qint64>(0, model->countRecords(ZelDbSchema::kind(recordWord)->type));
+    }
+    return {};
+}
+
+bool ZelDbSqlite::isUniqueShortName(const QString &recordWord, const QString &shortName,
+    const QString &psiimIdToExcept, const ZelDbSqliteModel *model)
+{
+    return askShortName(recordWord, shortName, psiimIdToExcept, model).state
+        == ZelDbNameAnswer::Free;
 }

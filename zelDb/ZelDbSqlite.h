@@ -29,6 +29,18 @@ struct ZelDbMigrations
     QList<ZelDbMigrationStep> steps;
 };
 
+/// Whether a short name is free, and if not, who has it.
+struct ZelDbNameAnswer
+{
+    enum State {
+        Free,
+        Taken,
+        Unknown ///< it could not be asked: no such kind of records, or the file refused
+    };
+    State state = Unknown;
+    QString psiimId; ///< of the first record that has it, when it is taken
+};
+
 /// A connection to one model file. The file holds the whole model whenever no connection is open.
 ///
 /// Nothing throws and nothing is written to the debug output: a function that answers false has
@@ -102,8 +114,17 @@ public:
     /// The layout XML of the record, empty when unknown; words "mol", "mli", "cpx", "cai".
     static QString getGraphicsInfo(
         const QString &recordWord, const QString &psiimId, const ZelDbSqliteModel *model);
-    /// Whether no other record of that kind has the short name ("cpa": the alias short name).
-    /// True without a database; false for an unknown word or when the database cannot be read.
+    /// Whether no other record of that kind ("mol", "mli", "cpx", ...) has the short name ("cpa":
+    /// the alias short name). Free without a database; after Unknown the model's errorText() says
+    /// why. For a host beside a save: most kinds are saved whatever their names are.
+    static ZelDbNameAnswer askShortName(const QString &recordWord, const QString &shortName,
+        const QString &psiimIdToExcept, const ZelDbSqliteModel *model);
+    /// The base when it is free, else the first free one of base_1, base_2, ... Empty when it
+    /// could not be asked. With `number` the search begins there (0: the base itself) and leaves
+    /// the number after that of the answer, so that many names are given out fast.
+    static QString getFreeShortName(const QString &recordWord, const QString &base,
+        const QString &psiimIdToExcept, const ZelDbSqliteModel *model, qint64 *number = nullptr);
+    /// Whether askShortName() answers that it is free: what could not be asked counts as taken.
     static bool isUniqueShortName(const QString &recordWord, const QString &shortName,
         const QString &psiimIdToExcept, const ZelDbSqliteModel *model);
 

@@ -91,7 +91,11 @@ QString Importer::obstacle() const
         return m_model.errorText({m_model.place(fault.offset), fault.message});
     for (const ZelBnglType &type : m_types.types) {
         const QString known = name(type.name);
-        if (!ZelDbSqlite::isUniqueShortName(QStringLiteral("mol"), known, QString(), m_db)) {
+        const ZelDbNameAnswer answer =
+            ZelDbSqlite::askShortName(QStringLiteral("mol"), known, QString(), m_db);
+        if (answer.state == ZelDbNameAnswer::Unknown)
+            return m_db->errorText();
+        if (answer.state == ZelDbNameAnswer::Taken) {
             return QStringLiteral("The model has a molecule \"%1\" already. Import into a new "
                                   "model, or rename one of the two.")
                 .arg(known);

@@ -231,6 +231,8 @@ bool ZelBnglStore::storeComplex(SdcCpx *cpx, bool *isNew)
         names = names.mid(0, MaxNameParts)
             << QStringLiteral("and_%1").arg(names.size() - MaxNameParts);
     const QString name = uniqueName("cpx", SdcCpx::getDefaultComplexName(names));
+    if (name.isEmpty())
+        return false;
     cpx->setProperty(SdcProperty::Name, name);
     cpx->setProperty(SdcProperty::ShortName, name);
     ZelAutoLayout::arrangeComplex(cpx);
@@ -241,11 +243,9 @@ bool ZelBnglStore::storeComplex(SdcCpx *cpx, bool *isNew)
 QString ZelBnglStore::uniqueName(const char *kind, const QString &base)
 {
     const QString word = QLatin1String(kind);
-    int &count = m_names[word + u' ' + base];
-    QString name;
-    do {
-        ++count;
-        name = count == 1 ? base : base + u'_' + QString::number(count);
-    } while (!ZelDbSqlite::isUniqueShortName(word, name, QString(), m_db));
+    qint64 &number = m_names[word + u' ' + base];
+    const QString name = ZelDbSqlite::getFreeShortName(word, base, QString(), m_db, &number);
+    if (number == 1)
+        ++number; // what comes after the base is the second of its name
     return name;
 }

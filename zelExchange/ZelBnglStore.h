@@ -60,7 +60,7 @@ private:
     ZelBnglTypes &m_types;
     ZelDbSqliteModel *m_db;
     std::vector<Mols> m_spareMols; ///< by type
-    QHash<QString, int> m_names; ///< how often a name was given, by kind and name
+    QHash<QString, qint64> m_names; ///< the next number of a name, by kind and name
     QHash<quint32, QColor> m_stateColors; ///< by name: a state looks the same everywhere
     int m_complexCount = 0;
 };

@@ -234,20 +234,26 @@ private slots:
         QTest::addColumn<QString>("word");
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("except");
-        QTest::addColumn<bool>("unique");
-        const auto row = [](const char *word, const char *name, const char *except, bool unique) {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<QString>("holder");
+        QTest::addColumn<QString>("free");
+        const auto row = [](const char *word, const char *name, const char *except, int state,
+                             const char *holder, const char *free) {
             QTest::addRow("%s %s except '%s'", word, name, except)
                 << QString::fromLatin1(word) << QString::fromLatin1(name)
-                << QString::fromLatin1(except) << unique;
+                << QString::fromLatin1(except) << state << QString::fromLatin1(holder)
+                << QString::fromLatin1(free);
         };
-        row("cpx", "A.B", "", false);
-        row("cpx", "A.B", "cpx1", true);
-        row("cpx", "A.B", "mol1", false);
-        row("cpx", "a.b", "", true);
-        row("mol", "A.B", "", true);
-        row("cpa", "alias2", "cpa1", false);
-        row("cpa", "alias4", "", true);
-        row("nonsense", "A", "", false);
+        using A = ZelDbNameAnswer;
+        row("cpx", "A.B", "", A::Taken, "cpx1", "A.B_1");
+        row("cpx", "A.B", "cpx1", A::Free, "", "A.B");
+        row("cpx", "A.B", "mol1", A::Taken, "cpx1", "A.B_1");
+        row("cpx", "a.b", "", A::Free, "", "a.b");
+        row("mol", "A.B", "", A::Free, "", "A.B");
+        row("cpa", "alias2", "cpa1", A::Taken, "cpa2", "alias2_1");
+        row("cpa", "alias4", "", A::Free, "", "alias4");
+        row("nonsense", "A", "", A::Unknown, "", "");
+        row("closed", "A.B", "", A::Unknown, "", "");
     }
 
     void shortNamesAreUniquePerKind()
@@ -255,11 +261,26 @@ private slots:
         QFETCH(QString, word);
         QFETCH(QString, name);
         QFETCH(QString, except);
-        QFETCH(bool, unique);
+        QFETCH(int, state);
+        QFETCH(QString, holder);
+        QFETCH(QString, free);
         DbFixture f;
         QVERIFY(f.addComplex());
         QVERIFY(f.addReactions());
-        QCOMPARE(ZelDbSqlite::isUniqueShortName(word, name, except, &f.model), unique);
+        if (word == "closed") {
+            f.db.close();
+            word = "cpx";
+        }
+        const ZelDbNameAnswer answer = ZelDbSqlite::askShortName(word, name, except, &f.model);
+        QCOMPARE(int(answer.state), state);
+        QCOMPARE(answer.psiimId, holder);
+        QCOMPARE(ZelDbSqlite::isUniqueShortName(word, name, except, &f.model),
+            state == ZelDbNameAnswer::Free);
+        qint64 number = 0;
+        QCOMPARE(ZelDbSqlite::getFreeShortName(word, name, except, &f.model, &number), free);
+        if (!free.isEmpty()) // the same name for another one
+            QCOMPARE(ZelDbSqlite::getFreeShortName(word, name, except, &f.model, &number),
+                name + u'_' + QString::number(free == name ? 1 : 2));
     }
 
     void withoutDatabaseEverythingIsEmpty()
