@@ -132,6 +132,8 @@ public:
     ZelDbRecord cpxGetHashInfo(const QString &cpxPsiimId) const;
     /// Rows of molecule position 1, site 1, molecule position 2, site 2, in stored order.
     QList<QStringList> cpxGetArrayBstBst(const QString &cpxPsiimId) const;
+    /// The notes of the bonds that have any, by those rows.
+    QHash<QStringList, QString> cpxGetBstBstNotes(const QString &cpxPsiimId) const;
     QString cpxGetFingerPrint(const QString &cpxPsiimId) const;
     bool cpxIsFingerPrintExisted(const QString &fingerPrint) const;
     QString cpxGetPsiimIdFromFingerPrint(const QString &fingerPrint) const;

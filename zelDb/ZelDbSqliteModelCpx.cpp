@@ -25,6 +25,17 @@ QList<QStringList> ZelDbSqliteModel::cpxGetArrayBstBst(const QString &cpxPsiimId
         {cpxPsiimId});
 }
 
+QHash<QStringList, QString> ZelDbSqliteModel::cpxGetBstBstNotes(const QString &cpxPsiimId) const
+{
+    QHash<QStringList, QString> notes;
+    const QList<QStringList> found = rows(this,
+        "SELECT molPos1, bst1, molPos2, bst2, notes FROM cpxBstBst WHERE cpx = ? AND notes <> ''",
+        5, {cpxPsiimId});
+    for (const QStringList &row : found)
+        notes.insert(row.first(4), row.last());
+    return notes;
+}
+
 QString ZelDbSqliteModel::cpxGetFingerPrint(const QString &cpxPsiimId) const
 {
     return ZelDbRecords::text(

@@ -100,11 +100,8 @@ void Window::openEntry(const QString &tag, const QString &psiimId)
     if (!editor->open(psiimId))
         statusBar()->showMessage(tr("Parts of %1 are missing.").arg(psiimId));
     connect(editor.get(), &Editor::changed, this, &Window::updateTabs);
-    if (auto *editing = qobject_cast<ZelSceneEditing *>(editor->scene())) {
-        const auto show = [this](const QString &reason) { statusBar()->showMessage(reason); };
-        connect(editing, &ZelSceneEditing::signal_bondRefused, this, show);
-        connect(editing, &ZelSceneEditing::signal_recordRefused, this, show);
-    }
+    connect(editor->scene(), &ZelScene::signal_refused, statusBar(),
+        [this](const QString &reason) { statusBar()->showMessage(reason); });
     auto *const view = new EditorView(std::move(editor));
     m_tabs->setCurrentIndex(m_tabs->addTab(view, QString()));
     QTimer::singleShot(0, view, [view] { view->showAll(); }); // its size is known by then

@@ -5,6 +5,7 @@
 
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
+#include "zelModelSupport/support/ZelDialogs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
@@ -18,6 +19,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <tuple>
 
 using Bonds = QList<CpxStage::Bond>;
 
@@ -142,31 +144,92 @@ private slots:
         QVERIFY(stage.db.cpxGetListPsiimId().isEmpty());
     }
 
+    void refusesATakenShortNameAndSaysSo_data()
+    {
+        rows<bool, QString>({"byHost", "reason"},
+            {{"in a box",
+                 {false,
+                     "Complex species short name 'same' is already used, please rename and try "
+                     "to save again."}},
+                {"in the host's way",
+                    {true,
+                        "Complex species short name 'same' is already used, please rename and try "
+                        "to save again."}},
+                {"nobody can tell whether it is taken", {true, "open"}}});
+    }
+
     void refusesATakenShortNameAndSaysSo()
     {
+        struct HostDialogs : ZelDialogs
+        {
+            QStringList said;
+            void tellRefusal(const QString &reason) override { said.append(reason); }
+        };
+        QFETCH(bool, byHost);
+        QFETCH(QString, reason);
         CpxStage stage;
         const std::unique_ptr<SdcCpx> first(stage.complex("A", {}));
         first->setProperty(SdcProperty::ShortName, "same");
         QVERIFY(first->saveToDbCpx());
         const std::unique_ptr<SdcCpx> second(stage.complex("B", {}));
         second->setProperty(SdcProperty::ShortName, "same");
-        QString said;
-        QMessageBox::Icon icon = QMessageBox::NoIcon;
-        QTimer::singleShot(0, [&] {
+        const bool isClosed = isRow("nobody can tell whether it is taken");
+        if (isClosed)
+            stage.file.close();
+        QVERIFY(second->getSaveRefusal().contains(reason)); // asked beforehand, nothing is shown
+        QVERIFY(second->getRefusal().isEmpty());
+        auto host = std::make_unique<HostDialogs>();
+        QStringList *const said = &host->said;
+        if (byHost)
+            ZelDialogs::setCurrent(host.get());
+        QTimer::singleShot(0, second.get(), [&] {
             if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-                said = box->text();
-                icon = box->icon();
+                said->append(box->text());
+                QCOMPARE(box->icon(), QMessageBox::Information);
                 box->accept();
             }
         });
         QVERIFY(!second->saveToDbCpx());
-        QCOMPARE(said,
-            "Complex species short name 'same' is already used, please rename and try "
-            "to save again.");
-        QCOMPARE(icon, QMessageBox::Information);
+        QVERIFY2(second->getRefusal().contains(reason), qPrintable(second->getRefusal()));
+        QCOMPARE(*said, isClosed ? QStringList() : QStringList{reason});
+        host.reset(); // gives way to the library's own
+        if (isClosed) {
+            QCOMPARE(takeDebugLines().size(), 1);
+            QCOMPARE(second->getDefaultSpeciesName(), QString());
+            QVERIFY(!second->saveToDbCpa());
+            QCOMPARE(takeDebugLines().size(), 1);
+            return;
+        }
         QCOMPARE(stage.db.cpxGetListPsiimId().size(), 1);
         second->setProperty(SdcProperty::ShortName, "other");
+        QVERIFY(second->getSaveRefusal().isEmpty());
         QVERIFY(second->saveToDbCpx());
+        QVERIFY(second->getRefusal().isEmpty());
+    }
+
+    void aSpeciesDrawnAgainKeepsWhatIsStored()
+    {
+        CpxStage stage;
+        const auto cpx = lasso(stage);
+        for (const int key : {SdcProperty::ShortName, SdcProperty::Name, SdcProperty::CpxText,
+                 SdcProperty::Notes, SdcProperty::References})
+            cpx->setProperty(key, QString::number(key));
+        cpx->getSdcBstBstCpxFromIndex(1)->setProperty(SdcProperty::Notes, "bond");
+        QVERIFY(cpx->saveToDbCpx());
+        const QString id = cpx->getPsiimId();
+        const auto stored = [&] {
+            ZelDbRecord record = stage.db.cpxGetHashInfo(id);
+            record.remove(ZelDbColumn::GraphicsInfo); // drawn anew
+            return std::tuple(record, stage.db.refGetReferences("cpx", id),
+                stage.db.cpxGetBstBstNotes(id).values());
+        };
+        const auto before = stored();
+        QCOMPARE(std::get<2>(before), QStringList{"bond"});
+        const auto again = lassoOtherwise(stage);
+        QVERIFY(again->getSaveRefusal().contains(id));
+        QVERIFY(again->adoptStoredSpecies());
+        QVERIFY(again->saveToDbCpx());
+        QVERIFY(stored() == before);
     }
 
     void aBondWithoutASiteEndsTheBonds()

@@ -139,5 +139,7 @@ QString InteractionStage::faultOfRefusal(const QList<Sdc *> &sdcs,
         || !said.first().contains(QLatin1String("::saveToDb(): "))
         || !said.first().contains(complaint))
         return said.join(u'\n');
+    if (!sdcs.first()->getRefusal().contains(complaint, Qt::CaseInsensitive))
+        return QLatin1String("not said why: ") + sdcs.first()->getRefusal();
     return state() == before ? QString() : state().join(u'\n');
 }

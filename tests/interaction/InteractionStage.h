@@ -37,7 +37,8 @@ struct InteractionStage : CpxStage
     /// What was written to the debug output, without the quotes around ids.
     static QString debugText();
     /// What is wrong with the way in which a component refuses to be saved; nothing when it says
-    /// so in one line of its saveToDb() and changes neither itself, its bond nor the database.
+    /// so in one line of its saveToDb(), the first component has the reason, and it changes neither
+    /// itself, its bond nor the database.
     QString faultOfRefusal(const QList<Sdc *> &sdcs, const std::function<bool()> &save,
         const QString &complaint, bool closeFirst = false);
 };

@@ -140,7 +140,8 @@ private slots:
         SdcBstBstCxi *const bond = model.bond;
         bond->setProperty(26, isRow("geometry") ? "2D" : "3D");
         bond->setProperty(23, isRow("binding type") ? "trans" : "cis");
-        for (const int key : {1, 2, 3, 11, 15, 19})
+        for (const int key :
+            std::initializer_list<int>{1, 2, 3, 11, 15, 19, SdcProperty::References})
             bond->setProperty(key, "old");
         SdcBst loose(&model.db);
         if (isRow("sites exchanged") || isRow("one site") || isRow("no complex"))
@@ -160,6 +161,7 @@ private slots:
         QCOMPARE(texts.join(u','),
             found ? QStringLiteral("cai7,bind,name,0.5,") + model.aliasAB + QLatin1String(",notes")
                   : QStringLiteral("old,old,old,old,old,old"));
+        QCOMPARE(bond->getProperty(SdcProperty::References), found ? "" : "old");
     }
 
     void theResultAliasMustBeTheResult_data()

@@ -9,6 +9,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCxi.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <QDomDocument>
@@ -126,21 +127,119 @@ private slots:
         QVERIFY(!record.value(ZelDbColumn::ShortName).isEmpty());
     }
 
-    void theSameAssociationIsStoredOnce()
+    void overwritesNothingThatItHasNotRead_data()
     {
+        rows<QString>({"complaint"},
+            {{"drawn anew, the other way round", {"as cai1 'bind';"}},
+                {"changed into another one", {"as cai1 'bind';"}},
+                {"one association twice", {"two of its bonds"}},
+                {"another dissociation rate", {"as cad1 'bind' with the rate 0.5"}}});
+    }
+
+    void overwritesNothingThatItHasNotRead()
+    {
+        QFETCH(QString, complaint);
         Model model;
+        model.bond->setResultCpxAliasPsiimId(model.result);
+        model.bond->setProperty(SdcProperty::DissociationRate, "0.5");
         QVERIFY(model.cxi->saveToDb());
-        // Drawn anew, with the sites the other way round.
+        const bool twice = isRow("one association twice");
         const std::unique_ptr<SdcCxi> again(
-            model.InteractionStage::cxi(model.alias1, model.alias2));
-        SdcBstBstCxi *const bond =
-            model.cxiBond(again.get(), model.site(again->getChildSdcAtIndex(0), 0, 0),
-                model.site(again->getChildSdcAtIndex(1), 0, 1));
+            model.InteractionStage::cxi(model.alias1, twice ? model.alias1 : model.alias2));
+        const auto bind = [&](int site1, int site2) {
+            return model.cxiBond(again.get(), model.site(again->getChildSdcAtIndex(0), 0, site1),
+                model.site(again->getChildSdcAtIndex(1), 0, site2));
+        };
+        SdcBstBstCxi *const bond = isRow("another dissociation rate") ? bind(2, 0) : bind(0, 1);
+        if (twice)
+            bind(1, 0);
         bond->setProperty(SdcProperty::BindingType, "trans");
-        QVERIFY(again->saveToDb());
-        QCOMPARE(model.db.caiGetListPsiimId(), QStringList({model.bond->getPsiimId()}));
+        if (isRow("changed into another one")) {
+            bond->setProperty(SdcProperty::Geometry, "2D");
+            QVERIFY(again->saveToDb());
+            bond->setProperty(SdcProperty::Geometry, "3D");
+        }
+        if (isRow("another dissociation rate")) {
+            bond->setProperty(SdcProperty::ResultCpaPsiimId, model.result);
+            bond->setProperty(SdcProperty::DissociationRate, "7");
+        }
+        if (twice)
+            bond->setProperty(SdcProperty::BindingType, QString());
+        QCOMPARE(model.faultOfRefusal(
+                     {again.get(), bond}, [&] { return again->saveToDb(); }, complaint),
+            QString());
+    }
+
+    void storesWhatAnAssociationYields_data()
+    {
+        rows<QString, int, int, int>({"types", "site1", "site2", "newComplexes"},
+            {{"a stored complex in new states", {"AB", 0, 1, 0}},
+                {"a complex that is not stored", {"AB", 2, 0, 1}},
+                {"of one species with itself", {"AA", 2, 2, 1}}});
+    }
+
+    void storesWhatAnAssociationYields()
+    {
+        QFETCH(QString, types);
+        QFETCH(int, site1);
+        QFETCH(int, site2);
+        QFETCH(int, newComplexes);
+        Model model(types);
+        const auto counts = [&model] {
+            return std::pair(
+                model.db.cpxGetListPsiimId().size(), model.db.cpaGetListPsiimId().size());
+        };
+        const auto before = counts();
+        const auto states = [](Sdc *sdc) {
+            QStringList texts;
+            for (SdcMcp *mcp : sdc->getListSdcMcp())
+                texts.append(mcp->getPsiimId() + mcp->getProperty(SdcProperty::StateCode));
+            texts.sort();
+            return texts;
+        };
+        const auto draw = [&](const char *geometry) {
+            std::unique_ptr<SdcCxi> cxi(model.InteractionStage::cxi(model.alias1, model.alias2));
+            cxi->getSdcCpxAtPosIndex(0)->setProperty(SdcProperty::CpaKey2, "cell");
+            model
+                .cxiBond(cxi.get(), model.site(cxi->getChildSdcAtIndex(0), 0, site1),
+                    model.site(cxi->getChildSdcAtIndex(1), 0, site2))
+                ->setProperty(SdcProperty::Geometry, QLatin1String(geometry));
+            return cxi;
+        };
+        const auto cxi = draw("3D");
+        SdcBstBstCxi *const bond = cxi->getListSdcBstBstCxi().first();
+        // What cannot be saved leaves nothing of it.
+        bond->setProperty(SdcProperty::Geometry, "Intra Complex");
+        QVERIFY(!cxi->saveToDbWithResults());
+        takeDebugLines();
+        QCOMPARE(counts(), before);
+        bond->setProperty(SdcProperty::Geometry, "3D");
+        QVERIFY2(cxi->saveToDbWithResults(), qPrintable(cxi->getRefusal()));
+
+        const QString result = bond->getProperty(SdcProperty::ResultCpaPsiimId);
         QCOMPARE(
-            model.db.caiGetHashInfo(bond->getPsiimId()).value(ZelDbColumn::CaiCpa1), model.alias1);
+            model.db.caiGetHashInfo(cxi->getPsiimId()).value(ZelDbColumn::CaiResultCpa), result);
+        QCOMPARE(counts(), std::pair(before.first + newComplexes, before.second + 1));
+        SdcCpx product(&model.db);
+        QVERIFY(product.loadCpaFromDb(result));
+        QCOMPARE(product.getCpxFingerPrint(), bond->getResultCpxFingerPrint());
+        QCOMPARE(states(&product), states(cxi.get()));
+        QStringList places = product.getProperty(SdcProperty::CpaKey2).split(u';');
+        places.sort();
+        QCOMPARE(places, QStringList({"", "cell"}));
+        QVERIFY(!product.getListSdcMol().at(0)->getSdcSceneRectF().intersects(
+            product.getListSdcMol().at(1)->getSdcSceneRectF()));
+        // Another association yields the same one.
+        const auto other = draw("2D");
+        QVERIFY(other->saveToDbWithResults());
+        QCOMPARE(other->getListSdcBstBstCxi().first()->getProperty(SdcProperty::ResultCpaPsiimId),
+            result);
+        QCOMPARE(counts(), std::pair(before.first + newComplexes, before.second + 1));
+        // A result that was chosen stays.
+        bond->setProperty(SdcProperty::ResultCpaPsiimId, model.result);
+        QVERIFY(cxi->saveToDbWithResults());
+        QCOMPARE(bond->getProperty(SdcProperty::ResultCpaPsiimId), model.result);
+        QVERIFY(model.file.checkIntegrity().isEmpty());
     }
 
     void findsTheDissociationThatUndoesIt()
@@ -204,9 +303,10 @@ private slots:
                 free.append(bst);
         }
         SdcBstBstCxi *const bond = model.cxiBond(&cxi, free.first(), free.last());
-        bond->setProperty(SdcProperty::ResultCpaPsiimId, ring);
         bond->setProperty(SdcProperty::DissociationRate, "7");
-        QVERIFY(cxi.saveToDb());
+        QVERIFY(cxi.saveToDbWithResults());
+        QCOMPARE(model.db.cpaGetCpxPsiimId(bond->getProperty(SdcProperty::ResultCpaPsiimId)),
+            model.db.cpaGetCpxPsiimId(ring));
         QCOMPARE(bond->getProperty(SdcProperty::Geometry), "Intra Complex");
         SdcCxi loaded(&model.db);
         QVERIFY(loaded.loadFromDb(cxi.getPsiimId()));

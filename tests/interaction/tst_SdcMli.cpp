@@ -184,6 +184,7 @@ private slots:
             mli->setProperty(key, "old");
         mli->setProperty(15, "1");
         mli->setProperty(16, "2");
+        mli->setProperty(SdcProperty::References, "of another one");
         SdcBstBstMli *const bond = change == QLatin1String("swap")
             ? stage.mliBond(mli.get(), b, a)
             : stage.mliBond(mli.get(),
@@ -201,6 +202,7 @@ private slots:
         for (const int key : keys)
             texts.append(mli->getProperty(key));
         QCOMPARE(texts.join(u','), properties);
+        QCOMPARE(mli->getProperty(SdcProperty::References), expected ? "" : "of another one");
         QCOMPARE(mli->canSave(),
             mli->getListSdcBstBstMli().size() == 1 && !mli->getProperty(15).isEmpty());
     }

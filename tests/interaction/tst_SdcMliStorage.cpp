@@ -177,7 +177,7 @@ private slots:
                 {"no rate", {"give an assoc"}}, {"site without id", {"save it first"}},
                 {"sites of one molecule", {"two sites of one molecule"}},
                 {"foreign molecule", {"belongs to none of its molecules"}},
-                {"declared before", {"other joins the same sites"}}, {"unknown site", {"bst99"}},
+                {"declared before", {"of these sites already, other"}}, {"unknown site", {"bst99"}},
                 {"closed database", {"open"}}});
     }
 

@@ -56,8 +56,7 @@ EditingUser::EditingUser(Kind kind, quint32 seed)
     connect(m_scene.get(), &ZelScene::signal_changeEnd, this, &EditingUser::changeEnds);
     followScene();
     const auto rarely = [this] { mishap(2); };
-    connect(m_scene.get(), &ZelSceneEditing::signal_bondRefused, this, rarely);
-    connect(m_scene.get(), &ZelSceneEditing::signal_recordRefused, this, rarely);
+    connect(m_scene.get(), &ZelScene::signal_refused, this, rarely);
     m_known = ZelSceneState::take(m_scene.get());
 }
 

@@ -118,7 +118,7 @@ private slots:
                 SdcProperty::Location, QLatin1String(ZelLocation::InsideMembrane));
         }
         const qsizetype bonds = m_scene->getSdcCpx()->getListSdcBstBstCpx().size();
-        QSignalSpy refused(m_scene.get(), &ZelSceneEditing::signal_bondRefused);
+        QSignalSpy refused(m_scene.get(), &ZelScene::signal_refused);
         QSignalSpy begun(m_scene.get(), &ZelScene::signal_changeBegin);
         m_user->drag(Hands::centreOf(site(0, "a1")), Hands::centreOf(target));
         QCOMPARE(refused.size(), 1);
@@ -131,7 +131,7 @@ private slots:
     void boundSiteBeginsNoBond()
     {
         QVERIFY(m_scene->drawBond(site(0, "a1"), site(1, "b1")));
-        QSignalSpy refused(m_scene.get(), &ZelSceneEditing::signal_bondRefused);
+        QSignalSpy refused(m_scene.get(), &ZelScene::signal_refused);
         const QPointF before = Hands::centreOf(m_mols.at(0));
         m_user->drag(Hands::centreOf(site(0, "a1")), Hands::centreOf(site(2, "b1")));
         QCOMPARE(refused.size(), 1);
@@ -141,7 +141,7 @@ private slots:
 
     void droppedOnNothing()
     {
-        QSignalSpy refused(m_scene.get(), &ZelSceneEditing::signal_bondRefused);
+        QSignalSpy refused(m_scene.get(), &ZelScene::signal_refused);
         m_user->drag(Hands::centreOf(site(0, "a1")), {0.0, -250.0});
         QVERIFY(refused.isEmpty());
         QVERIFY(m_scene->getSdcCpx()->getListSdcBstBstCpx().isEmpty());

@@ -110,8 +110,7 @@ private slots:
         QVERIFY(bond && bond->hasSdcBst(from));
         QCOMPARE(bond->getResultCpxFingerPrint(), db->cpxGetFingerPrint(five.cpx()->getPsiimId()));
         QCOMPARE(scene.getResultSdcCpx()->getCpxFingerPrint(), bond->getResultCpxFingerPrint());
-        bond->setResultCpxAliasPsiimId(five.alias());
-        QVERIFY(scene.getSdcCxi()->saveToDb());
+        QVERIFY(scene.getSdcCxi()->saveToDbWithResults()); // which finds what was drawn by hand
         QCOMPARE(
             db->caiGetHashInfo(bond->getPsiimId()).value(ZelDbColumn::CaiResultCpa), five.alias());
     }

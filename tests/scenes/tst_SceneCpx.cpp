@@ -69,7 +69,7 @@ private slots:
         QCOMPARE(m_scene->getSdcCpx()->getListSdcMol().size(), 3);
         // Asked for without a drop it says why.
         QSignalSpy begun(m_scene.get(), &ZelScene::signal_changeBegin);
-        QSignalSpy refused(m_scene.get(), &ZelSceneEditing::signal_recordRefused);
+        QSignalSpy refused(m_scene.get(), &ZelScene::signal_refused);
         QVERIFY(!m_scene->addRecordFromDb(
             record.section(u';', 0, 0), record.section(u';', 1), {0.0, -200.0}));
         QCOMPARE(refused.size(), 1);

@@ -139,7 +139,7 @@ private slots:
         else
             QVERIFY(m_scene->drawBond(target, source));
         const qsizetype bonds = cxi()->getListSdcBstBstCxi().size();
-        QSignalSpy refused(m_scene.get(), &ZelSceneEditing::signal_bondRefused);
+        QSignalSpy refused(m_scene.get(), &ZelScene::signal_refused);
         QVERIFY(!m_scene->drawBond(source, target));
         QCOMPARE(refused.size(), 1);
         QVERIFY2(refused.at(0).at(0).toString().contains(word),
@@ -169,7 +169,7 @@ private slots:
         QVERIFY(cxi()->getListSdcBstBstCxi().at(0)->isIntraComplex());
         QCOMPARE(m_scene->getResultSdcCpx()->getListSdcMol().size(), 2);
         QCOMPARE(m_scene->getResultSdcCpx()->getListSdcBstBstCpx().size(), 2);
-        QSignalSpy refused(m_scene.get(), &ZelSceneEditing::signal_recordRefused);
+        QSignalSpy refused(m_scene.get(), &ZelScene::signal_refused);
         QVERIFY(!m_scene->addCpaFromDb(m_cpaB, {0.0, 0.0}));
         QCOMPARE(refused.size(), 1);
     }

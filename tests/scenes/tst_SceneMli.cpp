@@ -50,7 +50,7 @@ private slots:
     void secondBondIsRefused()
     {
         QVERIFY(m_scene->drawBond(site(0, "a3"), site(1, "b2")));
-        QSignalSpy refused(m_scene.get(), &ZelSceneEditing::signal_bondRefused);
+        QSignalSpy refused(m_scene.get(), &ZelScene::signal_refused);
         m_user->drag(Hands::centreOf(site(0, "a1")), Hands::centreOf(site(1, "b1")));
         QCOMPARE(refused.size(), 1);
         QVERIFY(refused.at(0).at(0).toString().startsWith(
@@ -60,7 +60,7 @@ private slots:
 
     void thirdMoleculeIsRefused()
     {
-        QSignalSpy refused(m_scene.get(), &ZelSceneEditing::signal_recordRefused);
+        QSignalSpy refused(m_scene.get(), &ZelScene::signal_refused);
         QVERIFY(!m_user->drop(QLatin1String("mol;") + m_model->molB(), {0.0, 100.0}));
         QVERIFY(!m_scene->addMolFromDb(m_model->molB(), {0.0, 100.0}));
         QCOMPARE(refused.size(), 1);

@@ -253,6 +253,8 @@ signals:
     void signal_changeBegin();
     /// When that change is complete: at a drag's release, at a menu's or dialog's close.
     void signal_changeEnd();
+    /// Why what the user asked for was not done, in a sentence for the user.
+    void signal_refused(QString reason);
 
 public slots:
     void slot_setSceneMode(int mode);

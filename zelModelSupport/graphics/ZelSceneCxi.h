@@ -29,7 +29,7 @@ public:
     bool load(const QString &caiPsiimId);
     bool loadSdc(const QString &psiimId) override;
     /// Adds an alias, in its states, centred at a position or on the nearest free place. Null and
-    /// signal_recordRefused() when the database does not know it or there are two already.
+    /// signal_refused() when the database does not know it or there are two already.
     SdcCpx *addCpaFromDb(const QString &cpaPsiimId, const QPointF &scenePos);
     bool addRecordFromDb(
         const QString &tag, const QString &psiimId, const QPointF &scenePos) override;

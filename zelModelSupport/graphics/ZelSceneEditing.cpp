@@ -308,7 +308,7 @@ void ZelSceneEditing::showStates(SdcCpx *cpx)
 void ZelSceneEditing::refuseBond(const QString &reason)
 {
     showAtMouse(reason, m_lastScenePos);
-    emit signal_bondRefused(reason);
+    emit signal_refused(reason);
 }
 
 void ZelSceneEditing::clearToLoad(Sdc *sdc)
@@ -321,7 +321,7 @@ void ZelSceneEditing::clearToLoad(Sdc *sdc)
 
 void ZelSceneEditing::refuseRecord(const QString &reason)
 {
-    emit signal_recordRefused(reason);
+    emit signal_refused(reason);
 }
 
 void ZelSceneEditing::showAtMouse(const QString &text, const QPointF &scenePos)

@@ -51,7 +51,8 @@ public:
     /// Why no bond may begin or end at the site; empty when one may.
     virtual QString getSiteRefusal(SdcBst *site);
     bool isBondAllowed(SdcBst *first, SdcBst *second) override;
-    /// addBond() as one change, or null and signal_bondRefused().
+    /// addBond() as one change, or null and signal_refused(); the reason is also shown at the
+    /// mouse.
     SdcBstBst *drawBond(SdcBst *first, SdcBst *second);
     /// Takes a bond away; what it joined stays. Sites that were marked Bound by it, as those of a
     /// stored complex are, become Unbound.
@@ -74,7 +75,7 @@ public:
     void removeContents();
 
     /// Adds a molecule as stored, centred at a position or on the nearest free place. Null and
-    /// signal_recordRefused() when the database does not know it or the scene has no room.
+    /// signal_refused() when the database does not know it or the scene has no room.
     SdcMol *addMolFromDb(const QString &psiimId, const QPointF &scenePos);
     /// Adds a record of a kind given by its tag ("mol", "cpx", "cpa").
     virtual bool addRecordFromDb(
@@ -92,10 +93,6 @@ public:
     void pressCancelled() override;
 
 signals:
-    /// Why a bond was not made, in a sentence for the user; also shown at the mouse.
-    void signal_bondRefused(QString reason);
-    /// Why a molecule or complex was not added.
-    void signal_recordRefused(QString reason);
     void signal_selectionChanged(Sdc *sdc);
 
 protected:

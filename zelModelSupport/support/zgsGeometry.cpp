@@ -3,12 +3,13 @@
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelScene.h"
+#include "zelModelSupport/support/ZelDialogs.h"
 #include "zelModelSupport/support/zgs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 
 #include <QDebug>
-#include <QMessageBox>
+#include <QPointer>
 #include <QTransform>
 
 #include <cmath>
@@ -204,8 +205,10 @@ bool turnUnlessColliding(const QList<SdcMcp *> &list, const Turn &turn, int undo
             mcp->changeTagDirectionCode(turn.tagDirectionChange);
             mcp->changeTagDirectionCode(undoingChange);
         }
-        QMessageBox box(QMessageBox::Information, QString(), refusal, QMessageBox::Ok);
-        box.exec();
+        const QPointer<QObject> asked = scene;
+        ZelDialogs::current()->tellRefusal(refusal);
+        if (auto *zelScene = qobject_cast<ZelScene *>(asked.data()))
+            emit zelScene->signal_refused(refusal);
         return false;
     }
     const ZelScene::Change change(qobject_cast<ZelScene *>(scene));

@@ -224,6 +224,17 @@ void Sdc::clearProperties()
     m_properties.clear();
 }
 
+QString Sdc::toSentence(const QString &reason)
+{
+    QString sentence = reason.trimmed();
+    if (sentence.isEmpty())
+        return sentence;
+    sentence[0] = sentence.at(0).toUpper();
+    if (sentence.back().isLetterOrNumber() || sentence.endsWith(u'\''))
+        sentence += u'.';
+    return sentence;
+}
+
 void Sdc::copyPropertiesTo(Sdc *target)
 {
     if (!target || target == this)

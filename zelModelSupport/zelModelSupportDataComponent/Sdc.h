@@ -188,6 +188,13 @@ public:
     ZelDbSqliteModel *getZelDbSqliteModel() const;
     void setZelDbSqliteModel(ZelDbSqliteModel *model);
     QHash<int, QString> getProperties() const;
+    /// Why the last save of this component was refused, as a sentence for the user; empty after one
+    /// that was not, and before the first.
+    QString getRefusal() const { return m_refusal; }
+    /// For the saves; kept as toSentence() makes it.
+    void setRefusal(const QString &reason) { m_refusal = toSentence(reason); }
+    /// "it needs a name" as "It needs a name."
+    static QString toSentence(const QString &reason);
     /// The id and any property without a copy: valid until properties change.
     QStringView getPsiimIdView() const
     {
@@ -254,6 +261,7 @@ private:
     QPointer<ZelDbSqliteModel> m_zelDbSqliteModel;
     int m_sdcType = SdcType::None;
     QString m_sdcName;
+    QString m_refusal;
     QTransform m_transform;
     int m_prevIndex = -1;
     mutable int m_indexHint = -1; // where the parent's list held this component when last asked

@@ -81,11 +81,12 @@ void SdcBstBstCxi::updatePropertiesFromDb()
     const End end2 = endOf(getSdcBst2());
     if (end1.cpaPsiimId.isEmpty() || end2.cpaPsiimId.isEmpty())
         return;
-    const QString id = findAssociation(this, end1, end2, false, db);
+    const QString id = findAssociation(
+        {end1, end2, getProperty(SdcProperty::Geometry), getProperty(SdcProperty::BindingType)},
+        false, db);
     if (id.isEmpty())
         return;
-    setProperty(SdcProperty::PsiimId, id);
-    readProperties(this, db->caiGetHashInfo(id), caiProperties);
+    readProperties(this, "cai", id, db->caiGetHashInfo(id), caiProperties);
 }
 
 QString SdcBstBstCxi::getResultCpxFingerPrint() const

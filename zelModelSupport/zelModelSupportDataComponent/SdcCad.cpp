@@ -179,7 +179,7 @@ bool SdcCad::loadFromDb(const QString &psiimId, ZelScene *scene)
     const bool good = m_cpxSrc && m_cpxR1 && (intraComplex || m_cpxR2);
     m_sbbc = good ? findDividingBond() : nullptr;
     if (good && !m_sbbc)
-        return refuse(LoadFunction,
+        return refuse(this, LoadFunction,
             QStringLiteral("no bond divides the source of %1 into its products").arg(psiimId));
     return good;
 }
@@ -195,16 +195,16 @@ bool SdcCad::saveToDb()
     const bool intraComplex =
         getProperty(SdcProperty::GeometryText).contains(QLatin1String(ZelGeometry::IntraComplex));
     if (!db || !db->database())
-        return refuse(SaveFunction, QStringLiteral("no database"));
+        return refuse(this, SaveFunction, QLatin1String(NoDatabase));
     if (source.isEmpty() || product1.isEmpty()
         || (product2.isEmpty() && !(intraComplex && !m_cpxR2)))
-        return refuse(SaveFunction,
+        return refuse(this, SaveFunction,
             QStringLiteral("it needs a source and products that are stored in their present "
                            "states"));
     if (getProperty(SdcProperty::DissociationRate).isEmpty())
-        return refuse(SaveFunction, QStringLiteral("give a dissociation rate"));
+        return refuse(this, SaveFunction, QStringLiteral("give a dissociation rate"));
     Assignments assignments;
-    return writeInTransaction(db, SaveFunction, &assignments, [&] {
+    return writeInTransaction(this, SaveFunction, &assignments, [&](QString *) {
         if (!assignIdAndShortName(&assignments, this, ZelDb::Cad, "cad",
                 m_cpxSrc->getProperty(SdcProperty::CpaShortName), db))
             return false;

@@ -170,20 +170,24 @@ public:
         const QString &cpxPsiimId, ZelDbSqliteModel *db, bool includeSelf);
     /// The short names joined with ".".
     static QString getDefaultComplexName(const QStringList &molShortNames);
-    /// A default short name that no other stored complex has.
+    /// A default short name that no other stored complex has; empty when that cannot be asked.
     QString getDefaultSpeciesName();
-    /// Takes id and names of the stored complex that is this species, and drops those of a stored
-    /// one that this is no longer. For a host before saveToDbCpx(), since the user may have changed
-    /// the structure. True when the species is stored.
+    /// Takes id, names, text, notes and references of the stored complex that is this species, and
+    /// drops id and names of a stored one that this is no longer. For a host before saveToDbCpx(),
+    /// since the user may have changed the structure. True when the species is stored.
     bool adoptStoredSpecies();
+    /// Why saveToDbCpx() would refuse the complex as it is, as a sentence; empty when it would not.
+    /// A host asks before it begins the transaction around the save, so that no box stands open
+    /// while the file is locked. Nothing is written or said.
+    QString getSaveRefusal();
     /// Writes the complex in canonical order; the caller's transaction makes it all or nothing.
-    /// False when it is not connected, when another complex
-    /// has its short name (said to the user) or is the same species, when aliases need the stored
-    /// one of this id as it was, or when a record could not be
-    /// written; order and id may have changed by then.
+    /// False when it is not connected, when another complex has its short name (ZelDialogs tells
+    /// the user) or is the same species, when aliases need the stored one of this id as it was, or
+    /// when a record could not be written; order and id may have changed by then. getRefusal()
+    /// says why. A bond whose notes were never set keeps those that are stored.
     bool saveToDbCpx();
     /// Writes the present states as an alias of the stored complex, or attaches the one that has
-    /// them already.
+    /// them already, which stays as it is stored. After false, getRefusal() says why.
     bool saveToDbCpa();
     /// Writes order, fingerprint, layout and bonds of a stored complex again after its bonds
     /// changed.

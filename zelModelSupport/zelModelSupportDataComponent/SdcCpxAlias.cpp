@@ -17,15 +17,6 @@
 
 namespace {
 
-QString uniqueAliasName(const QString &base, ZelDbSqliteModel *db)
-{
-    QString name = base;
-    for (int i = 1; !ZelDbSqlite::isUniqueShortName(QStringLiteral("cpa"), name, QString(), db);
-         ++i)
-        name = base + u'_' + QString::number(i);
-    return name;
-}
-
 /// The complex as its records have it, without a drawing; null when there is none.
 std::unique_ptr<SdcCpx> undrawn(const QString &cpxPsiimId, ZelDbSqliteModel *db)
 {
@@ -101,13 +92,16 @@ bool SdcCpx::updateDbToAlias(bool clearIfMissing)
 bool SdcCpx::saveToDbCpa()
 {
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    setRefusal(QString());
     if (!db || db->cpxGetHashInfo(getPsiimId()).isEmpty()) {
         qDebug() << "Error found at bool SdcCpx::saveToDbCpa(): save the complex first";
+        setRefusal(QStringLiteral("save the complex first, then its states"));
         return false;
     }
     if (!areAllConnected()) {
         qDebug() << "Warning at bool SdcCpx::saveToDbCpa(), Complex component are not all "
                     "connected. Can't save.";
+        setRefusal(getSaveRefusal());
         return false;
     }
     if (retrieveAliasBasedOnState(false))
@@ -123,14 +117,16 @@ bool SdcCpx::saveToDbCpa()
         if (name.isEmpty())
             name = getDefaultSpeciesName();
     }
-    name = uniqueAliasName(name, db);
-    const QString id = ZelDb::getNewSdcPsiimId(ZelDb::Cpa, db);
     ZelDbTransaction transaction(db->database());
-    const bool good = db->cpaInsert(id, getPsiimId(), getProperty(SdcProperty::CpaKey2),
-                          getAliasMcpStateCode(), name)
+    name = ZelDbSqlite::getFreeShortName(QStringLiteral("cpa"), name, QString(), db);
+    const QString id = name.isEmpty() ? QString() : ZelDb::getNewSdcPsiimId(ZelDb::Cpa, db);
+    const bool good = !id.isEmpty()
+        && db->cpaInsert(
+            id, getPsiimId(), getProperty(SdcProperty::CpaKey2), getAliasMcpStateCode(), name)
         && db->cpaSetWellDefined(id, !isPattern());
-    if (!transaction.commit() || !good) {
+    if (!good || !transaction.commit()) {
         qDebug() << "Error found at bool SdcCpx::saveToDbCpa():" << db->errorText();
+        setRefusal(db->errorText());
         return false;
     }
     setProperty(SdcProperty::CpaPsiimId, id);

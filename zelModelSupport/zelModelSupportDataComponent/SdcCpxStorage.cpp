@@ -3,6 +3,7 @@
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
+#include "zelModelSupport/support/ZelDialogs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
@@ -11,7 +12,6 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcNewParts.h"
 
 #include <QDebug>
-#include <QMessageBox>
 
 #include <memory>
 #include <utility>
@@ -20,6 +20,13 @@
 namespace {
 
 constexpr double DefaultMolGap = 20.0; // between molecules that the layout does not mention
+constexpr char NoDatabase[] = "there is no open model to save it to";
+constexpr char NotConnected[] =
+    "not all of its molecules are joined; draw the missing bonds or delete what does not belong "
+    "to it";
+constexpr char NeededAsItWas[] =
+    "its structure was changed, and stored states and reactions need it as it was; save it as a "
+    "complex of its own";
 
 QString cpxWord()
 {
@@ -37,7 +44,10 @@ bool saveMols(SdcCpx *cpx, ZelDbSqliteModel *db)
     return true;
 }
 
-bool saveBonds(SdcCpx *cpx, ZelDbSqliteModel *db)
+/// The stored notes of bonds by the four texts of their records.
+using BondNotes = QHash<QStringList, QString>;
+
+bool saveBonds(SdcCpx *cpx, ZelDbSqliteModel *db, const BondNotes &storedNotes = {})
 {
     const auto molPosOf = [](SdcBst *site) {
         SdcMol *const mol = site->getParentSdcMol();
@@ -51,10 +61,15 @@ bool saveBonds(SdcCpx *cpx, ZelDbSqliteModel *db)
             qDebug() << "Warning at void CpxEdit::saveCpx() " << sites.size();
             return false;
         }
-        good = db->cpxInsertBstBst(cpx->getPsiimId(), molPosOf(sites.at(0)),
-                   sites.at(0)->getPsiimId(), molPosOf(sites.at(1)), sites.at(1)->getPsiimId(),
-                   bond->getProperty(SdcProperty::Notes))
-            && good;
+        const QString pos1 = molPosOf(sites.at(0));
+        const QString pos2 = molPosOf(sites.at(1));
+        const QString id1 = sites.at(0)->getPsiimId();
+        const QString id2 = sites.at(1)->getPsiimId();
+        QString notes = bond->getProperty(SdcProperty::Notes);
+        if (!bond->hasProperty(SdcProperty::Notes))
+            notes = storedNotes.value(
+                {pos1, id1, pos2, id2}, storedNotes.value({pos2, id2, pos1, id1}));
+        good = db->cpxInsertBstBst(cpx->getPsiimId(), pos1, id1, pos2, id2, notes) && good;
     }
     return good;
 }
@@ -67,14 +82,42 @@ bool saveRecord(SdcCpx *cpx, ZelDbSqliteModel *db, const QString &fingerPrint)
         cpx->getMolCode(), QStringLiteral("0"));
 }
 
-/// Whether another complex is stored as the species of that fingerprint; reported.
-bool isStoredUnderOtherId(const SdcCpx *cpx, ZelDbSqliteModel *db, const QString &fingerPrint)
+/// The other complex that is stored as the species of that fingerprint, in words.
+QString storedTwin(const SdcCpx *cpx, ZelDbSqliteModel *db, const QString &fingerPrint)
 {
-    if (!db->cpxIsFingerPrintExisted(fingerPrint)
-        || db->cpxGetPsiimIdFromFingerPrint(fingerPrint) == cpx->getPsiimId())
+    const QString id = db->cpxIsFingerPrintExisted(fingerPrint)
+        ? db->cpxGetPsiimIdFromFingerPrint(fingerPrint)
+        : cpx->getPsiimId();
+    return id == cpx->getPsiimId()
+        ? QString()
+        : QLatin1String(
+            "the model has this species already, as %1 '%2'; open that one to change it")
+              .arg(id, db->cpxGetHashInfo(id).value(ZelDbColumn::ShortName));
+}
+
+/// The same as the contract reports it: whether there is one.
+bool isStoredUnderOtherId(SdcCpx *cpx, ZelDbSqliteModel *db, const QString &fingerPrint)
+{
+    const QString twin = storedTwin(cpx, db, fingerPrint);
+    if (twin.isEmpty())
         return false;
     qDebug() << "zelModelSupport/zelModelSupportDataComponent/SdcCpx" << 978 << "Error found ";
+    cpx->setRefusal(twin);
     return true;
+}
+
+QString usedName(const QString &shortName)
+{
+    return QLatin1String("Complex species short name '") + shortName
+        + QLatin1String("' is already used, please rename and try to save again.");
+}
+
+/// Whether aliases need the stored complex of this id, which is another species.
+bool isNeededAsItWas(const SdcCpx *cpx, ZelDbSqliteModel *db, const QString &fingerPrint)
+{
+    const QString stored = db->cpxGetFingerPrint(cpx->getPsiimId());
+    return !stored.isEmpty() && stored != fingerPrint
+        && !db->cpaGetListPsiimIdBasedOnCpx(cpx->getPsiimId()).isEmpty();
 }
 
 } // namespace
@@ -91,11 +134,28 @@ QString SdcCpx::getDefaultSpeciesName()
     for (const SdcMol *mol : mols)
         names.append(mol->getProperty(SdcProperty::ShortName));
     const QString base = getDefaultComplexName(names);
-    QString name = base;
+    return ZelDbSqlite::getFreeShortName(cpxWord(), base, getPsiimId(), getZelDbSqliteModel());
+}
+
+QString SdcCpx::getSaveRefusal()
+{
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    for (int i = 1; db && !ZelDbSqlite::isUniqueShortName(cpxWord(), name, getPsiimId(), db); ++i)
-        name = base + u'_' + QString::number(i);
-    return name;
+    const QString shortName = getProperty(SdcProperty::ShortName);
+    if (!areAllConnected())
+        return toSentence(QLatin1String(NotConnected));
+    if (!db || !db->database())
+        return toSentence(QLatin1String(NoDatabase));
+    const ZelDbNameAnswer answer =
+        ZelDbSqlite::askShortName(cpxWord(), shortName, getPsiimId(), db);
+    if (answer.state == ZelDbNameAnswer::Unknown)
+        return toSentence(db->errorText());
+    if (answer.state == ZelDbNameAnswer::Taken && !shortName.isEmpty())
+        return usedName(shortName);
+    const QString fingerPrint = getCpxFingerPrint();
+    if (const QString twin = storedTwin(this, db, fingerPrint); !twin.isEmpty())
+        return toSentence(twin);
+    return isNeededAsItWas(this, db, fingerPrint) ? toSentence(QLatin1String(NeededAsItWas))
+                                                  : QString();
 }
 
 bool SdcCpx::saveToDbCpx()
@@ -103,13 +163,16 @@ bool SdcCpx::saveToDbCpx()
     if (!areAllConnected()) {
         qDebug() << "Warning at bool SdcCpx::saveToDb(), Complex component are not all connected. "
                     "Can't save.";
+        setRefusal(QLatin1String(NotConnected));
         return false;
     }
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     if (!db || !db->database()) {
         qDebug() << "Error found at bool SdcCpx::saveToDb(): no database";
+        setRefusal(QLatin1String(NoDatabase));
         return false;
     }
+    setRefusal(QString());
     reRankMols(false, false);
     if (getPsiimId().isEmpty())
         setProperty(SdcProperty::PsiimId, ZelDb::getNewSdcPsiimId(ZelDb::Cpx, db));
@@ -120,11 +183,19 @@ bool SdcCpx::saveToDbCpx()
             mols.size() == 1 ? mols.first()->getProperty(SdcProperty::ShortName) : QString();
         const bool takesMolName = !molName.isEmpty() && molName != mols.first()->getPsiimId();
         setProperty(SdcProperty::ShortName, takesMolName ? molName : getDefaultSpeciesName());
-    } else if (!ZelDbSqlite::isUniqueShortName(cpxWord(), shortName, getPsiimId(), db)) {
-        QMessageBox(QMessageBox::Information, QString(),
-            QLatin1String("Complex species short name '") + shortName
-                + QLatin1String("' is already used, please rename and try to save again."))
-            .exec();
+        if (getProperty(SdcProperty::ShortName).isEmpty()) {
+            setRefusal(db->errorText());
+            return false;
+        }
+    } else if (const ZelDbNameAnswer answer =
+                   ZelDbSqlite::askShortName(cpxWord(), shortName, getPsiimId(), db);
+               answer.state != ZelDbNameAnswer::Free) {
+        const bool isTaken = answer.state == ZelDbNameAnswer::Taken;
+        setRefusal(isTaken ? usedName(shortName) : db->errorText());
+        if (isTaken)
+            ZelDialogs::current()->tellRefusal(getRefusal());
+        else
+            qDebug() << "Error found at bool SdcCpx::saveToDb():" << getRefusal();
         return false;
     }
     if (getProperty(SdcProperty::Name).isEmpty())
@@ -132,18 +203,23 @@ bool SdcCpx::saveToDbCpx()
     const QString fingerPrint = getCpxFingerPrint();
     if (isStoredUnderOtherId(this, db, fingerPrint))
         return false;
-    if (const QString stored = db->cpxGetFingerPrint(getPsiimId()); !stored.isEmpty()
-        && stored != fingerPrint && !db->cpaGetListPsiimIdBasedOnCpx(getPsiimId()).isEmpty()) {
+    if (isNeededAsItWas(this, db, fingerPrint)) {
+        setRefusal(QLatin1String(NeededAsItWas));
         qDebug() << "Error found at bool SdcCpx::saveToDb(): aliases need" << getPsiimId()
                  << "as it was; adoptStoredSpecies() makes this a species of its own";
         return false;
     }
+    const BondNotes storedNotes = db->cpxGetFingerPrint(getPsiimId()) == fingerPrint
+        ? db->cpxGetBstBstNotes(getPsiimId())
+        : BondNotes();
     const bool good = saveRecord(this, db, fingerPrint) && saveMols(this, db);
+    if (!good)
+        setRefusal(db->errorText());
     if (hasProperty(SdcProperty::References))
         db->refInsert(cpxWord(), getPsiimId(), getProperty(SdcProperty::References));
     // The bonds are written whatever became of the rest, and do not count in the answer: a host's
     // transaction remembers every failed statement.
-    saveBonds(this, db);
+    saveBonds(this, db, storedNotes);
     return good;
 }
 
@@ -161,6 +237,14 @@ bool SdcCpx::adoptStoredSpecies()
         setProperty(SdcProperty::PsiimId, id);
         setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
         setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
+        // A save would write what this has over what is stored.
+        const auto take = [&](int key, const QString &stored) {
+            if (wasOther || !stored.isEmpty())
+                setProperty(key, stored);
+        };
+        take(SdcProperty::CpxText, record.value(ZelDbColumn::CpxText));
+        take(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
+        take(SdcProperty::References, db->refGetReferences(cpxWord(), id));
     } else if (wasOther) {
         setProperty(SdcProperty::PsiimId, QString());
         setProperty(SdcProperty::ShortName, QString());
@@ -179,10 +263,12 @@ bool SdcCpx::updateToDbWithNewBst()
     if (!areAllConnected()) {
         qDebug() << "Warning at bool SdcCpx::updateToDbWithNewBst() , Complex component are not "
                     "all connected. Can't update.";
+        setRefusal(QLatin1String(NotConnected));
         return false;
     }
     if (!db || db->cpxGetHashInfo(getPsiimId()).isEmpty()) {
         qDebug() << "Error (1) found at bool SdcCpx::updateToDbWithNewBst()";
+        setRefusal(QStringLiteral("the complex is not stored yet; save it first"));
         return false;
     }
     ZelDbTransaction transaction(db->database());
@@ -202,15 +288,16 @@ bool SdcCpx::updateToDbWithNewBst()
     const QString fingerPrint = getCpxFingerPrint();
     if (isStoredUnderOtherId(this, db, fingerPrint))
         return false;
-    bool good = aliases.empty() || mols == storedMols;
-    good = good && saveRecord(this, db, fingerPrint) && saveMols(this, db) && saveBonds(this, db);
+    const bool hasSameMols = aliases.empty() || mols == storedMols;
+    bool good = hasSameMols && saveRecord(this, db, fingerPrint) && saveMols(this, db)
+        && saveBonds(this, db);
     for (const auto &[id, old] : aliases)
         good = good && updateAlias(id, old.get());
-    if (!transaction.commit() || !good) {
+    good = good && transaction.commit();
+    setRefusal(good ? QString() : hasSameMols ? db->errorText() : QLatin1String(NeededAsItWas));
+    if (!good)
         qDebug() << "Error (2) found at bool SdcCpx::updateToDbWithNewBst()";
-        return false;
-    }
-    return true;
+    return good;
 }
 
 bool SdcCpx::updateAlias(const QString &cpaPsiimId, SdcCpx *old)

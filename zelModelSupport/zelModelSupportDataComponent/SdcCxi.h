@@ -44,12 +44,16 @@ public:
     /// does not know it, or when something of it is missing: that is reported and left out.
     bool loadFromDb(const QString &caiPsiimId, ZelSceneCxi *scene = nullptr);
     /// Writes an association for each bond, and for a bond that has a dissociation rate the
-    /// dissociation into its two aliases. A bond without id takes over the stored association of
-    /// the same sites, aliases and qualifiers. Missing geometry, rate and short name are filled
-    /// in. False, with the reason as debug line and nothing changed, unless each bond joins sites
-    /// of complexes of this interaction that are stored aliases. The statements run in one
-    /// transaction, nested in the host's if there is one.
+    /// dissociation into its two aliases. Missing geometry, rate and short name are filled in.
+    /// False, with the reason as debug line and as getRefusal(), and nothing changed, unless each
+    /// bond joins sites of complexes of this interaction that are stored aliases; also when the
+    /// model has another association of these sites, aliases and qualifiers, or a dissociation of
+    /// these complexes at another rate, that this one has not read: the reason says which. The
+    /// statements run in one transaction, nested in the host's if there is one.
     bool saveToDb();
+    /// The same after SdcBstBstCxi::saveResultToDb() of each bond that has no result yet, or that
+    /// of other complexes than it joins now: all in one transaction.
+    bool saveToDbWithResults();
 
     void reset() override;
     using Sdc::setHighlight;
@@ -62,6 +66,7 @@ public slots:
 private:
     friend class SdcBstBst;
     void forgetBond(SdcBstBst *bond);
+    bool save(bool withResults);
     SdcBstBstCxi *makeBond(SdcBst *site1, SdcBst *site2, ZelSceneCxi *scene);
     /// The layout with the complexes in the order of the bond's sites.
     QString layoutOfBond(SdcBstBstCxi *bond);

@@ -10,6 +10,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace SdcReactionStorage;
@@ -46,15 +47,18 @@ bool isIntraComplex(const ZelDbRecord &record)
 class BondSaver
 {
 public:
-    BondSaver(SdcCxi *cxi, SdcBstBstCxi *bond) : m_cxi(cxi), m_bond(bond) { }
+    BondSaver(SdcCxi *cxi, SdcBstBstCxi *bond, bool withResult)
+        : m_cxi(cxi), m_bond(bond), m_db(cxi->getZelDbSqliteModel()), m_withResult(withResult)
+    {
+    }
 
     /// Why the bond cannot be stored; empty when it can.
     QString findObstacle()
     {
         if (!m_bond->getSdcBst2())
             return QStringLiteral("a bond needs two sites");
-        for (auto &[site, end] :
-            {std::pair(m_bond->getSdcBst1(), &m_end1), std::pair(m_bond->getSdcBst2(), &m_end2)}) {
+        for (auto &[site, end] : {std::pair(m_bond->getSdcBst1(), &m_key.end1),
+                 std::pair(m_bond->getSdcBst2(), &m_key.end2)}) {
             SdcMol *const mol = site->getParentSdcMol();
             SdcCpx *const cpx = site->getParentSdcCpx();
             if (!mol || !cpx || mol->getParentSdc() != cpx || cpx->getParentSdc() != m_cxi
@@ -71,35 +75,71 @@ public:
                 .arg(p(SdcProperty::Geometry),
                     m_bond->isIntraComplex() ? QStringLiteral("within one complex")
                                              : QStringLiteral("between two complexes"));
-        if (!p(SdcProperty::DissociationRate).isEmpty()
+        if (!m_withResult && !p(SdcProperty::DissociationRate).isEmpty()
             && p(SdcProperty::ResultCpaPsiimId).isEmpty())
             return QStringLiteral("a dissociation rate needs a result complex to dissociate");
-        return {};
+        m_key.geometry = p(SdcProperty::Geometry).isEmpty() ? m_bond->getDefaultGeometry()
+                                                            : p(SdcProperty::Geometry);
+        m_key.bindingType = p(SdcProperty::BindingType);
+        m_stored = m_db->caiGetHashInfo(p(SdcProperty::PsiimId));
+        m_readDissociation = readDissociation();
+        return findTwin();
     }
 
-    bool save(Assignments *assignments, const QString &layout, ZelDbSqliteModel *db)
+    bool isSameAssociation(const BondSaver &other) const { return m_key.isSame(other.m_key); }
+
+    bool save(Assignments *assignments, const QString &layout, QString *why)
     {
-        if (p(SdcProperty::Geometry).isEmpty())
-            assignments->assign(m_bond, SdcProperty::Geometry, m_bond->getDefaultGeometry());
+        assignments->assign(m_bond, SdcProperty::Geometry, m_key.geometry);
         if (p(SdcProperty::AssociationRate).isEmpty())
             assignments->assign(
                 m_bond, SdcProperty::AssociationRate, m_bond->getDefaultAssocRateFromMli());
-        if (p(SdcProperty::PsiimId).isEmpty())
-            assignments->assign(
-                m_bond, SdcProperty::PsiimId, findAssociation(m_bond, m_end1, m_end2, true, db));
-        if (!assignIdAndShortName(assignments, m_bond, ZelDb::Cai, "cai", defaultName(), db))
+        if ((m_withResult && !saveResult(assignments, why))
+            || !assignIdAndShortName(assignments, m_bond, ZelDb::Cai, "cai", defaultName(), m_db))
             return false;
         ZelDbRecord record = recordOf(m_bond, caiProperties);
         record.insert(recordOf(m_bond, qualifiers));
-        record.insert({{ZelDbColumn::CaiCpa1, m_end1.cpaPsiimId},
-            {ZelDbColumn::CaiCpa2, m_end2.cpaPsiimId}, {ZelDbColumn::Bst1, m_end1.bstPsiimId},
-            {ZelDbColumn::MolPos1, m_end1.molPos}, {ZelDbColumn::Bst2, m_end2.bstPsiimId},
-            {ZelDbColumn::MolPos2, m_end2.molPos}, {ZelDbColumn::GraphicsInfo, layout}});
-        return db->caiInsert(record) && writeReferences(m_bond, "cai", db) && saveDissociation(db);
+        record.insert({{ZelDbColumn::CaiCpa1, m_key.end1.cpaPsiimId},
+            {ZelDbColumn::CaiCpa2, m_key.end2.cpaPsiimId},
+            {ZelDbColumn::Bst1, m_key.end1.bstPsiimId}, {ZelDbColumn::MolPos1, m_key.end1.molPos},
+            {ZelDbColumn::Bst2, m_key.end2.bstPsiimId}, {ZelDbColumn::MolPos2, m_key.end2.molPos},
+            {ZelDbColumn::GraphicsInfo, layout}});
+        return m_db->caiInsert(record) && writeReferences(m_bond, "cai", m_db)
+            && saveDissociation(why);
     }
 
 private:
     QString p(int key) const { return m_bond->getProperty(key); }
+
+    /// Which other association is stored for the same sites, so that a save would write over what
+    /// this one has not read. One that has stood beside it under the same key may stay.
+    QString findTwin() const
+    {
+        const QString twin = findAssociation(m_key, true, m_db);
+        if (twin.isEmpty() || twin == p(SdcProperty::PsiimId)
+            || (!m_stored.isEmpty() && m_key.isSame(keyOf(m_stored))))
+            return {};
+        return QLatin1String("the model has this association already, as %1; open that one to "
+                             "change it, or choose another geometry or binding type")
+            .arg(titleOf(twin, m_db->caiGetHashInfo(twin)));
+    }
+
+    /// A result that someone has chosen stays; one that was stored for other reactants does not.
+    bool saveResult(Assignments *assignments, QString *why)
+    {
+        const QString result = p(SdcProperty::ResultCpaPsiimId);
+        const AssociationKey stored = keyOf(m_stored);
+        const bool isOfOthers = !m_stored.isEmpty()
+            && result == m_stored.value(ZelDbColumn::CaiResultCpa)
+            && !(stored.end1 == m_key.end1 && stored.end2 == m_key.end2);
+        if (!result.isEmpty() && !isOfOthers)
+            return true;
+        assignments->assign(m_bond, SdcProperty::ResultCpaPsiimId, result);
+        if (m_bond->saveResultToDb())
+            return true;
+        *why = m_bond->getRefusal();
+        return false;
+    }
 
     QString defaultName() const
     {
@@ -112,33 +152,62 @@ private:
         return site->getParentSdcCpx()->getProperty(SdcProperty::CpaShortName);
     }
 
-    bool saveDissociation(ZelDbSqliteModel *db)
+    /// The dissociation that loading the stored association has read the rate of.
+    QString readDissociation() const
     {
-        if (p(SdcProperty::DissociationRate).isEmpty())
+        const QString result = m_stored.value(ZelDbColumn::CaiResultCpa);
+        return result.isEmpty()
+            ? QString()
+            : m_db->cadGetPsiimId(result, m_stored.value(ZelDbColumn::CaiCpa1),
+                isIntraComplex(m_stored) ? QString() : m_stored.value(ZelDbColumn::CaiCpa2),
+                m_stored.value(ZelDbColumn::BindingType));
+    }
+
+    bool saveDissociation(QString *why)
+    {
+        const QString rate = p(SdcProperty::DissociationRate);
+        if (rate.isEmpty())
             return true; // a stored one is a record of its own and stays
         const QString source = p(SdcProperty::ResultCpaPsiimId);
-        const QString product2 = m_bond->isIntraComplex() ? QString() : m_end2.cpaPsiimId;
+        const QString product2 = m_bond->isIntraComplex() ? QString() : m_key.end2.cpaPsiimId;
         QString id =
-            db->cadGetPsiimId(source, m_end1.cpaPsiimId, product2, p(SdcProperty::BindingType));
-        ZelDbRecord record{{ZelDbColumn::DissociationRate, p(SdcProperty::DissociationRate)},
-            {ZelDbColumn::BindingType, p(SdcProperty::BindingType)}};
+            m_db->cadGetPsiimId(source, m_key.end1.cpaPsiimId, product2, m_key.bindingType);
+        if (!id.isEmpty() && id != m_readDissociation) {
+            const ZelDbRecord other = m_db->cadGetHashInfo(id);
+            const QString otherRate = other.value(ZelDbColumn::DissociationRate);
+            if (other.value(ZelDbColumn::BindingType) != m_key.bindingType) {
+                id.clear();
+            } else if (otherRate == rate) {
+                return true;
+            } else {
+                *why = QLatin1String("the model has this dissociation already, as %1 with the rate "
+                                     "%2; give that rate, or none and open that one to change it")
+                           .arg(titleOf(id, other), otherRate);
+                return false;
+            }
+        }
+        ZelDbRecord record{
+            {ZelDbColumn::DissociationRate, rate}, {ZelDbColumn::BindingType, m_key.bindingType}};
         if (id.isEmpty()) {
-            id = ZelDb::getNewSdcPsiimId(ZelDb::Cad, db);
+            id = ZelDb::getNewSdcPsiimId(ZelDb::Cad, m_db);
             record.insert({{ZelDbColumn::ShortName, p(SdcProperty::ShortName)},
                 {ZelDbColumn::Name, p(SdcProperty::Name)}, {ZelDbColumn::CadSourceCpa, source},
-                {ZelDbColumn::CadResultCpa1, m_end1.cpaPsiimId},
+                {ZelDbColumn::CadResultCpa1, m_key.end1.cpaPsiimId},
                 {ZelDbColumn::CadResultCpa2, product2},
                 {ZelDbColumn::GeometryText,
-                    m_bond->isIntraComplex() ? p(SdcProperty::Geometry) : QString()}});
+                    m_bond->isIntraComplex() ? m_key.geometry : QString()}});
         }
         record.insert(ZelDbColumn::PsiimId, id);
-        return !id.isEmpty() && db->cadInsert(record);
+        return !id.isEmpty() && m_db->cadInsert(record);
     }
 
     SdcCxi *m_cxi;
     SdcBstBstCxi *m_bond;
-    End m_end1;
-    End m_end2;
+    ZelDbSqliteModel *m_db;
+    bool m_withResult;
+    AssociationKey m_key;
+    ZelDbRecord m_stored; ///< of the bond's id, before the save
+    QString m_readDissociation;
 };
 
 } // namespace
@@ -183,7 +252,8 @@ SdcBstBstCxi *SdcCxi::makeBond(SdcBst *site1, SdcBst *site2, ZelSceneCxi *scene)
 bool SdcCxi::loadFromDb(const QString &caiPsiimId, ZelSceneCxi *scene)
 {
     if (!isEmpty() || !m_bonds.isEmpty())
-        return refuse(LoadFunction, QStringLiteral("the interaction is not empty, reset it first"));
+        return refuse(
+            this, LoadFunction, QStringLiteral("the interaction is not empty, reset it first"));
     const ZelDbRecord record = findRecord(
         this, LoadFunction, &ZelDbSqliteModel::caiGetHashInfo, "association", caiPsiimId);
     if (record.isEmpty())
@@ -216,7 +286,7 @@ bool SdcCxi::loadFromDb(const QString &caiPsiimId, ZelSceneCxi *scene)
     SdcBst *const site1 = siteOf(ZelDbColumn::Bst1, ZelDbColumn::MolPos1, "0");
     SdcBst *const site2 = siteOf(ZelDbColumn::Bst2, ZelDbColumn::MolPos2, intraComplex ? "0" : "1");
     if (!site1 || !site2)
-        return refuse(LoadFunction,
+        return refuse(this, LoadFunction,
             QStringLiteral("%1 binds a site that its complexes do not have: %2")
                 .arg(caiPsiimId, record.value(site1 ? ZelDbColumn::Bst2 : ZelDbColumn::Bst1)));
     SdcBstBstCxi *const bond = makeBond(site1, site2, scene);
@@ -257,24 +327,40 @@ QString SdcCxi::layoutOfBond(SdcBstBstCxi *bond)
 
 bool SdcCxi::saveToDb()
 {
+    return save(false);
+}
+
+bool SdcCxi::saveToDbWithResults()
+{
+    return save(true);
+}
+
+bool SdcCxi::save(bool withResults)
+{
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     if (!db || !db->database())
-        return refuse(SaveFunction, QStringLiteral("no database"));
+        return refuse(this, SaveFunction, QLatin1String(NoDatabase));
     QList<SdcBstBstCxi *> bonds;
     for (SdcBstBstCxi *bond : std::as_const(m_bonds)) {
         if (bond && !bonds.contains(bond))
             bonds.append(bond);
     }
     if (bonds.isEmpty())
-        return refuse(SaveFunction, QStringLiteral("it needs a bond between two complexes"));
+        return refuse(this, SaveFunction, QStringLiteral("it needs a bond between two complexes"));
     std::vector<BondSaver> savers;
     for (SdcBstBstCxi *bond : std::as_const(bonds)) {
-        savers.emplace_back(this, bond);
-        if (const QString obstacle = savers.back().findObstacle(); !obstacle.isEmpty())
-            return refuse(SaveFunction, obstacle);
+        BondSaver saver(this, bond, withResults);
+        QString obstacle = saver.findObstacle();
+        if (obstacle.isEmpty()
+            && std::any_of(savers.cbegin(), savers.cend(),
+                [&](const BondSaver &other) { return other.isSameAssociation(saver); }))
+            obstacle = QStringLiteral("two of its bonds are one association; delete one of them");
+        if (!obstacle.isEmpty())
+            return refuse(this, SaveFunction, obstacle);
+        savers.push_back(std::move(saver));
     }
     Assignments assignments;
-    return writeInTransaction(db, SaveFunction, &assignments, [&] {
+    return writeInTransaction(this, SaveFunction, &assignments, [&](QString *why) {
         // An interaction of one bond is named where the bond is not.
         for (const int key : {SdcProperty::ShortName, SdcProperty::Name}) {
             if (bonds.size() == 1 && bonds.first()->getProperty(key).isEmpty()
@@ -283,7 +369,7 @@ bool SdcCxi::saveToDb()
         }
         for (qsizetype i = 0; i < bonds.size(); ++i) {
             if (!savers[static_cast<std::size_t>(i)].save(
-                    &assignments, layoutOfBond(bonds.at(i)), db))
+                    &assignments, layoutOfBond(bonds.at(i)), why))
                 return false;
         }
         SdcBstBstCxi *const first = bonds.first();

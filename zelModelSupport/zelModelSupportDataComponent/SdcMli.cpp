@@ -177,7 +177,8 @@ bool SdcMli::updateMliPropertyFromDb()
     setProperty(SdcProperty::PsiimId, record.value(ZelDbColumn::PsiimId));
     if (getPsiimId().isEmpty())
         return false;
-    SdcReactionStorage::readProperties(this, record, SdcReactionStorage::mliProperties);
+    SdcReactionStorage::readProperties(
+        this, "mli", getPsiimId(), record, SdcReactionStorage::mliProperties);
     return true;
 }
 

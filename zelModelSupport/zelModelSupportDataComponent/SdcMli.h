@@ -48,8 +48,9 @@ public:
 
     /// Whether there is one bond and both rates are given.
     bool canSave() const;
-    /// Takes id, rates, names and notes from the record that the database has for the bond's sites.
-    /// False when it has none; the id is then empty. A malformed bond empties all of them.
+    /// Takes id, rates, names, notes and references from the record that the database has for the
+    /// bond's sites. False when it has none; the id is then empty. A malformed bond empties all of
+    /// them.
     bool updateMliPropertyFromDb();
     void clearMliProperties();
     /// Makes the bond that is stored for this interaction, drawn and owned by the scene; without

@@ -114,7 +114,8 @@ bool SdcMli::loadDom(const QString &psiimId, const QDomElement &elt, ZelSceneMli
 bool SdcMli::loadFromDb(const QString &psiimId, ZelSceneMli *scene)
 {
     if (!isEmpty() || !m_bonds.isEmpty())
-        return refuse(LoadFunction, QStringLiteral("the interaction is not empty, reset it first"));
+        return refuse(
+            this, LoadFunction, QStringLiteral("the interaction is not empty, reset it first"));
     const ZelDbRecord record = findRecord(
         this, LoadFunction, &ZelDbSqliteModel::mliGetHashInfo, "molecule interaction", psiimId);
     if (record.isEmpty())
@@ -148,29 +149,33 @@ bool SdcMli::saveToDb()
 {
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     if (!db || !db->database())
-        return refuse(SaveFunction, QStringLiteral("no database"));
+        return refuse(this, SaveFunction, QLatin1String(NoDatabase));
     if (m_bonds.size() != 1 || !m_bonds.first() || m_bonds.first()->getListSdcBst().size() != 2)
-        return refuse(SaveFunction, QStringLiteral("it needs one bond between two sites"));
+        return refuse(this, SaveFunction, QStringLiteral("it needs one bond between two sites"));
     if (!canSave())
-        return refuse(SaveFunction, QStringLiteral("give an association and a dissociation rate"));
+        return refuse(
+            this, SaveFunction, QStringLiteral("give an association and a dissociation rate"));
     SdcBst *const site1 = m_bonds.first()->getSdcBst1();
     SdcBst *const site2 = m_bonds.first()->getSdcBst2();
     for (SdcBst *site : {site1, site2}) {
         if (const QString obstacle = obstacleOf(this, site); !obstacle.isEmpty())
-            return refuse(SaveFunction, obstacle);
+            return refuse(this, SaveFunction, obstacle);
     }
     SdcMol *const mol1 = site1->getParentSdcMol();
     SdcMol *const mol2 = site2->getParentSdcMol();
     if (mol1 == mol2)
-        return refuse(SaveFunction, QStringLiteral("the bond joins two sites of one molecule"));
-    const QString declared =
-        db->mliGetHashInfo(site1->getPsiimId(), site2->getPsiimId()).value(ZelDbColumn::PsiimId);
-    if (!declared.isEmpty() && declared != getPsiimId())
         return refuse(
-            SaveFunction, QStringLiteral("%1 joins the same sites, change that one").arg(declared));
+            this, SaveFunction, QStringLiteral("the bond joins two sites of one molecule"));
+    const ZelDbRecord stored = db->mliGetHashInfo(site1->getPsiimId(), site2->getPsiimId());
+    const QString declared = stored.value(ZelDbColumn::PsiimId);
+    if (!declared.isEmpty() && declared != getPsiimId())
+        return refuse(this, SaveFunction,
+            QLatin1String("the model has an interaction of these sites already, %1; open that one "
+                          "to change it")
+                .arg(titleOf(declared, stored)));
 
     Assignments assignments;
-    return writeInTransaction(db, SaveFunction, &assignments, [&] {
+    return writeInTransaction(this, SaveFunction, &assignments, [&](QString *) {
         const QString name = mol1->getProperty(SdcProperty::ShortName) + u'.'
             + mol2->getProperty(SdcProperty::ShortName);
         if (!assignIdAndShortName(&assignments, this, ZelDb::Mli, "mli", name, db))

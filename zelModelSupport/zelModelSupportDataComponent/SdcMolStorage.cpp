@@ -397,19 +397,19 @@ bool SdcMol::saveToDb()
 {
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
     const bool isOpen = db && db->database();
-    const QString obstacle = isOpen ? storageObstacle() : QStringLiteral("no database");
+    const QString obstacle =
+        isOpen ? storageObstacle() : QStringLiteral("no database, open a model first");
     if (!obstacle.isEmpty()) {
         qDebug().noquote() << "Error found at bool SdcMol::saveToDb():" << obstacle;
+        setRefusal(obstacle);
         return false;
     }
     ZelDbTransaction transaction(db->database());
-    if (!transaction.isActive()) {
+    if (!transaction.isActive())
         qDebug() << "Error found at bool SdcMol::saveToDb():" << db->errorText();
-        return false;
-    }
-    const bool good = MolSaver(this, db).save();
-    // The commit takes everything back by itself when a statement has failed.
-    return transaction.commit() && good;
+    const bool good = transaction.isActive() && MolSaver(this, db).save() && transaction.commit();
+    setRefusal(good ? QString() : db->errorText());
+    return good;
 }
 
 bool SdcMol::loadDom(const QString &psiimId, const QDomElement &domEltMol, ZelScene *scene,

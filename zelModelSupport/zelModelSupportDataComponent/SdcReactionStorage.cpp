@@ -20,7 +20,6 @@
 namespace {
 
 constexpr int MaxDepth = 16; // of a layout text; a document is taken apart level by level
-constexpr int MaxNameNumber = 10000;
 constexpr double MaxNumber = 1.0e6; // beyond, nobody can have drawn it
 constexpr double PartGap = 40.0;
 
@@ -54,9 +53,10 @@ void SdcReactionStorage::report(const char *function, const QString &what)
     qDebug().noquote().nospace() << "Error found at " << function << ": " << what;
 }
 
-bool SdcReactionStorage::refuse(const char *function, const QString &why)
+bool SdcReactionStorage::refuse(Sdc *sdc, const char *function, const QString &why)
 {
     report(function, why);
+    sdc->setRefusal(why);
     return false;
 }
 
@@ -113,21 +113,25 @@ void SdcReactionStorage::Assignments::takeBack()
     }
 }
 
-bool SdcReactionStorage::writeInTransaction(ZelDbSqliteModel *db, const char *function,
-    Assignments *assignments, const std::function<bool()> &writes)
+bool SdcReactionStorage::writeInTransaction(Sdc *sdc, const char *function,
+    Assignments *assignments, const std::function<bool(QString *why)> &writes)
 {
+    ZelDbSqliteModel *const db = sdc->getZelDbSqliteModel();
     ZelDbTransaction transaction(db->database());
-    bool good = transaction.isActive() && writes();
+    QString why;
+    bool good = transaction.isActive() && writes(&why);
     // The commit takes everything back by itself when a statement has failed.
     if (good)
         good = transaction.commit();
-    if (good)
+    if (good) {
+        sdc->setRefusal(QString());
         return true;
-    const QString reason = db->errorText();
+    }
+    if (why.isEmpty())
+        why = db->errorText();
     transaction.rollback();
     assignments->takeBack();
-    report(function, reason);
-    return false;
+    return refuse(sdc, function, why);
 }
 
 bool SdcReactionStorage::assignIdAndShortName(Assignments *assignments, Sdc *sdc, int recordType,
@@ -141,12 +145,10 @@ bool SdcReactionStorage::assignIdAndShortName(Assignments *assignments, Sdc *sdc
     }
     if (!sdc->getProperty(SdcProperty::ShortName).isEmpty())
         return true;
-    const QString word = QLatin1String(recordWord);
-    QString name = wanted;
-    for (int i = 1;
-         i <= MaxNameNumber && !ZelDbSqlite::isUniqueShortName(word, name, sdc->getPsiimId(), db);
-         ++i)
-        name = wanted + u'_' + QString::number(i);
+    const QString name =
+        ZelDbSqlite::getFreeShortName(QLatin1String(recordWord), wanted, sdc->getPsiimId(), db);
+    if (name.isEmpty() && !wanted.isEmpty())
+        return false;
     assignments->assign(sdc, SdcProperty::ShortName, name);
     return true;
 }
@@ -223,7 +225,8 @@ bool SdcReactionStorage::loadAlias(SdcCpx *cpx, const char *function, const QStr
     const ZelDbRecord alias = db->cpaGetHashInfo(cpaPsiimId);
     const QString cpxPsiimId = alias.value(ZelDbColumn::CpaCpx);
     const auto refuseAlias = [&] {
-        return refuse(function, QStringLiteral("no complex in the stored states ") + cpaPsiimId);
+        return refuse(
+            cpx, function, QStringLiteral("no complex in the stored states ") + cpaPsiimId);
     };
     if (cpxPsiimId.isEmpty())
         return refuseAlias();
@@ -243,6 +246,12 @@ bool SdcReactionStorage::loadAlias(SdcCpx *cpx, const char *function, const QStr
     SdcCpxStateCode::apply(
         cpx, alias.value(ZelDbColumn::CpaStateCode), true, SdcCpxStateCode::MolPositions::FromOne);
     return true;
+}
+
+QString SdcReactionStorage::titleOf(const QString &psiimId, const ZelDbRecord &record)
+{
+    const QString name = record.value(ZelDbColumn::ShortName);
+    return name.isEmpty() ? psiimId : QLatin1String("%1 '%2'").arg(psiimId, name);
 }
 
 QString SdcReactionStorage::aliasOf(SdcCpx *cpx)
@@ -278,10 +287,25 @@ SdcReactionStorage::End SdcReactionStorage::endOf(SdcBst *site)
     return {aliasOf(cpx), site->getPsiimId(), QString::number(mol->getPosIndex())};
 }
 
-QString SdcReactionStorage::findAssociation(const SdcBstBst *bond, const End &end1, const End &end2,
-    bool bothDirections, const ZelDbSqliteModel *db)
+bool SdcReactionStorage::AssociationKey::isSame(const AssociationKey &other) const
 {
-    return db->caiGetPsiimId(end1.cpaPsiimId, end1.bstPsiimId, end1.molPos, end2.cpaPsiimId,
-        end2.bstPsiimId, end2.molPos, bond->getProperty(SdcProperty::Geometry),
-        bond->getProperty(SdcProperty::BindingType), bothDirections);
+    return geometry == other.geometry && bindingType == other.bindingType
+        && ((end1 == other.end1 && end2 == other.end2)
+            || (end1 == other.end2 && end2 == other.end1));
+}
+
+SdcReactionStorage::AssociationKey SdcReactionStorage::keyOf(const ZelDbRecord &association)
+{
+    using namespace ZelDbColumn;
+    const auto c = [&](Column column) { return association.value(column); };
+    return {{c(CaiCpa1), c(Bst1), c(MolPos1)}, {c(CaiCpa2), c(Bst2), c(MolPos2)}, c(Geometry),
+        c(BindingType)};
+}
+
+QString SdcReactionStorage::findAssociation(
+    const AssociationKey &key, bool bothDirections, const ZelDbSqliteModel *db)
+{
+    return db->caiGetPsiimId(key.end1.cpaPsiimId, key.end1.bstPsiimId, key.end1.molPos,
+        key.end2.cpaPsiimId, key.end2.bstPsiimId, key.end2.molPos, key.geometry, key.bindingType,
+        bothDirections);
 }

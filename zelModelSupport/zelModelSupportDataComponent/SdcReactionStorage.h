@@ -25,10 +25,13 @@ class ZelSceneEditing;
 /// What the records of interactions and reactions have in common when they are written and read.
 namespace SdcReactionStorage {
 
+/// Why nothing is saved that belongs to no open model.
+inline constexpr char NoDatabase[] = "no database is there to save it to; open a model first";
+
 /// Writes the debug line "Error found at <function>: <what>".
 void report(const char *function, const QString &what);
-/// The same as an answer: false.
-bool refuse(const char *function, const QString &why);
+/// The same as an answer, false, after which the component's getRefusal() says why.
+bool refuse(Sdc *sdc, const char *function, const QString &why);
 
 /// A property and where it is stored.
 struct StoredProperty
@@ -79,13 +82,14 @@ private:
     std::vector<Old> m_olds;
 };
 
-/// Runs the writes in a transaction that nests in the host's. After a failure the assignments are
-/// taken back and the reason is reported in the name of the function.
-bool writeInTransaction(ZelDbSqliteModel *db, const char *function, Assignments *assignments,
-    const std::function<bool()> &writes);
+/// Runs a component's writes in a transaction that nests in the host's. After a failure the
+/// assignments are taken back and the reason is reported in the name of the function: what the
+/// writes have put into `why`, else what the database says.
+bool writeInTransaction(Sdc *sdc, const char *function, Assignments *assignments,
+    const std::function<bool(QString *why)> &writes);
 
 /// Gives a component without id a new one, and one without short name the wanted one, with a number
-/// when another record has it. False when there is no id to be had.
+/// when another record has it. False when there is no id or name to be had.
 bool assignIdAndShortName(Assignments *assignments, Sdc *sdc, int recordType,
     const char *recordWord, const QString &wanted, ZelDbSqliteModel *db);
 /// Stores the references that the component was ever given.
@@ -129,6 +133,8 @@ QPointF placeBeside(Sdc *before);
 /// report, when it is not stored.
 bool loadAlias(SdcCpx *cpx, const char *function, const QString &cpaPsiimId,
     const QDomElement &layout, ZelScene *scene, const QPointF &refPos);
+/// The id and the short name of a record, as in "cai1 'binds'".
+QString titleOf(const QString &psiimId, const ZelDbRecord &record);
 /// The id of the stored alias that the complex is, or empty.
 QString aliasOf(SdcCpx *cpx);
 /// A complex of the owner's beside another one; null, after a report, when it is not stored.
@@ -146,11 +152,23 @@ struct End
     QString cpaPsiimId;
     QString bstPsiimId;
     QString molPos;
+
+    bool operator==(const End &other) const = default;
 };
 /// Empty unless the site lies in a molecule of a complex.
 End endOf(SdcBst *site);
-/// The stored association of two ends with the qualifiers that the bond has; empty when none.
-QString findAssociation(const SdcBstBst *bond, const End &end1, const End &end2,
-    bool bothDirections, const ZelDbSqliteModel *db);
+/// What tells associations apart; two of them may be stored with the ends exchanged.
+struct AssociationKey
+{
+    End end1;
+    End end2;
+    QString geometry;
+    QString bindingType;
+
+    bool isSame(const AssociationKey &other) const;
+};
+AssociationKey keyOf(const ZelDbRecord &association);
+/// The stored association of that key; empty when there is none.
+QString findAssociation(const AssociationKey &key, bool bothDirections, const ZelDbSqliteModel *db);
 
 } // namespace SdcReactionStorage

@@ -73,14 +73,14 @@ bool SdcTrn::saveToDb()
     const QString from = aliasOf(getSdcCpxFrom());
     const QString to = aliasOf(getSdcCpxTo());
     if (!db || !db->database())
-        return refuse(SaveFunction, QStringLiteral("no database"));
+        return refuse(this, SaveFunction, QLatin1String(NoDatabase));
     if (from.isEmpty() || to.isEmpty())
-        return refuse(SaveFunction,
+        return refuse(this, SaveFunction,
             QStringLiteral("it needs two complexes that are stored in their present states"));
     if (getProperty(SdcProperty::Rate).isEmpty())
-        return refuse(SaveFunction, QStringLiteral("give a rate"));
+        return refuse(this, SaveFunction, QStringLiteral("give a rate"));
     Assignments assignments;
-    return writeInTransaction(db, SaveFunction, &assignments, [&] {
+    return writeInTransaction(this, SaveFunction, &assignments, [&](QString *) {
         const QString name = getSdcCpxFrom()->getProperty(SdcProperty::CpaShortName)
             + QLatin1String("_to_") + getSdcCpxTo()->getProperty(SdcProperty::CpaShortName);
         if (!assignIdAndShortName(&assignments, this, ZelDb::Trn, "trn", name, db))
