@@ -287,9 +287,11 @@ bool Checker::checkReactions()
                 const qsizetype wantedFrom = kind.type == ZelDb::Cai ? 2
                     : kind.type == ZelDb::Pdn                        ? 0
                                                                      : 1;
-                const qsizetype wantedTo = kind.type == ZelDb::Cad ? 2
-                    : kind.type == ZelDb::Deg                      ? 0
-                                                                   : 1;
+                // A ring that opens stays one complex.
+                const bool isSplit = kind.type == ZelDb::Cad
+                    && !record.value(C::GeometryText)
+                            .contains(QLatin1String(ZelGeometry::IntraComplex));
+                const qsizetype wantedTo = isSplit ? 2 : kind.type == ZelDb::Deg ? 0 : 1;
                 if (from.size() < wantedFrom || to.size() < wantedTo) {
                     add("references", id,
                         QLatin1String("%1 %2: a reactant or product is missing.")

@@ -302,6 +302,11 @@ void tst_CommandRecords::check_data()
         << QStringList{"UPDATE cai SET bst1 = bst2"} << QStringList{"references cai1"};
     QTest::newRow("reaction of nothing")
         << QStringList{"UPDATE trn SET fromCpa = NULL"} << QStringList{"references trn1"};
+    QTest::newRow("a part that is missing")
+        << QStringList{"UPDATE cad SET resultCpa2 = NULL"} << QStringList{"references cad1"};
+    QTest::newRow("a ring that opens")
+        << QStringList{"UPDATE cad SET resultCpa2 = NULL, geometryText = 'Intra Complex'"}
+        << QStringList{};
     QTest::newRow("compartment in itself")
         << QStringList{"INSERT INTO cmp (psiimId, shortName, parent) VALUES ('cmp1', 'x', 'cmp1')"}
         << QStringList{"references cmp1"};
