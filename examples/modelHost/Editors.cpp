@@ -4,6 +4,7 @@
 #include <zelModelSupport/graphics/ZelSceneCxi.h>
 #include <zelModelSupport/graphics/ZelSceneMli.h>
 #include <zelModelSupport/graphics/ZelSceneMol.h>
+#include <zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcCpx.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcCxi.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMli.h>
@@ -11,8 +12,8 @@
 
 namespace {
 
-/// An editor of one kind, made of its scene, its data component, and how these load and save.
-template <typename Scene, typename Component, auto Load, auto Save>
+/// An editor of one kind, made of its scene and its data component.
+template <typename Scene, typename Component>
 class EditorOf : public Editor
 {
 public:
@@ -22,54 +23,47 @@ public:
     }
 
 protected:
-    bool load(const QString &id) override
-    {
-        return Load(static_cast<Scene *>(scene()), static_cast<Component *>(sdc()), id);
-    }
-    bool write() override { return Save(static_cast<Component *>(sdc())); }
+    Scene *drawing() const { return static_cast<Scene *>(scene()); }
+    Component *component() const { return static_cast<Component *>(sdc()); }
 };
 
-bool loadMol(ZelSceneMol *scene, SdcMol *mol, const QString &id)
+class MolEditor : public EditorOf<ZelSceneMol, SdcMol>
 {
-    return mol->loadFromDb(id, scene);
-}
+    using EditorOf::EditorOf;
 
-bool saveMol(SdcMol *mol)
-{
-    return mol->saveToDb();
-}
+    bool load(const QString &id) override { return component()->loadFromDb(id, drawing()); }
+    bool write() override { return component()->saveToDb(); }
+};
 
 // A complex is opened and saved in the states of an alias: that is what reactions are about.
-bool loadCpa(ZelSceneCpx *scene, SdcCpx *, const QString &id)
+class CpaEditor : public EditorOf<ZelSceneCpx, SdcCpx>
 {
-    return scene->loadAlias(id);
-}
+    using EditorOf::EditorOf;
 
-bool saveCpa(SdcCpx *cpx)
-{
-    cpx->adoptStoredSpecies();
-    return cpx->saveToDbCpx() && cpx->saveToDbCpa();
-}
+    bool load(const QString &id) override { return drawing()->loadAlias(id); }
 
-bool loadMli(ZelSceneMli *scene, SdcMli *, const QString &id)
-{
-    return scene->load(id);
-}
+    void prepare() override { component()->adoptStoredSpecies(); }
+    QString refusal() override { return component()->getSaveRefusal(); }
+    bool write() override { return component()->saveToDbCpx() && component()->saveToDbCpa(); }
+};
 
-bool saveMli(SdcMli *mli)
+class MliEditor : public EditorOf<ZelSceneMli, SdcMli>
 {
-    return mli->saveToDb();
-}
+    using EditorOf::EditorOf;
 
-bool loadCxi(ZelSceneCxi *scene, SdcCxi *, const QString &id)
-{
-    return scene->load(id);
-}
+    Sdc *rated() const override { return sdc(); }
+    bool load(const QString &id) override { return drawing()->load(id); }
+    bool write() override { return component()->saveToDb(); }
+};
 
-bool saveCxi(SdcCxi *cxi)
+class CaiEditor : public EditorOf<ZelSceneCxi, SdcCxi>
 {
-    return cxi->saveToDb();
-}
+    using EditorOf::EditorOf;
+
+    Sdc *rated() const override { return drawing()->getCurrentBond(); }
+    bool load(const QString &id) override { return drawing()->load(id); }
+    bool write() override { return component()->saveToDbWithResults(); }
+};
 
 } // namespace
 
@@ -100,15 +94,31 @@ Editor::~Editor() = default;
 
 std::unique_ptr<Editor> Editor::create(const QString &tag, ZelDbSqliteModel *db)
 {
+    std::unique_ptr<Editor> editor;
     if (tag == QLatin1String("mol"))
-        return std::make_unique<EditorOf<ZelSceneMol, SdcMol, loadMol, saveMol>>(db);
+        editor = std::make_unique<MolEditor>(db);
     if (tag == QLatin1String("cpa"))
-        return std::make_unique<EditorOf<ZelSceneCpx, SdcCpx, loadCpa, saveCpa>>(db);
+        editor = std::make_unique<CpaEditor>(db);
     if (tag == QLatin1String("mli"))
-        return std::make_unique<EditorOf<ZelSceneMli, SdcMli, loadMli, saveMli>>(db);
+        editor = std::make_unique<MliEditor>(db);
     if (tag == QLatin1String("cai"))
-        return std::make_unique<EditorOf<ZelSceneCxi, SdcCxi, loadCxi, saveCxi>>(db);
-    return nullptr;
+        editor = std::make_unique<CaiEditor>(db);
+    if (editor) {
+        editor->m_tag = tag;
+        editor->m_idKey =
+            tag == QLatin1String("cpa") ? SdcProperty::CpaPsiimId : SdcProperty::PsiimId;
+    }
+    return editor;
+}
+
+QString Editor::nameHolder()
+{
+    // Of a species, the complex has the name that its user gives.
+    const QString word = m_tag == QLatin1String("cpa") ? QStringLiteral("cpx") : m_tag;
+    const QString name = m_sdc->getProperty(SdcProperty::ShortName);
+    return name.isEmpty()
+        ? QString()
+        : ZelDbSqlite::askShortName(word, name, m_sdc->getPsiimId(), m_db).psiimId;
 }
 
 bool Editor::open(const QString &psiimId)
@@ -122,15 +132,18 @@ bool Editor::open(const QString &psiimId)
 
 QString Editor::save()
 {
+    if (const QString reason = refusal(); !reason.isEmpty())
+        return reason;
     ZelDbTransaction transaction(m_db->database());
-    const bool good = write();
-    if (transaction.commit() && good) {
-        m_isChanged = false;
-        emit changed();
-        return {};
+    if (!write()) {
+        const QString reason = m_sdc->getRefusal();
+        return reason.isEmpty() ? m_db->errorText() : reason;
     }
-    const QString reason = m_db->errorText();
-    return reason.isEmpty() ? tr("It was not saved: is all of it connected and named?") : reason;
+    if (!transaction.commit())
+        return m_db->errorText();
+    m_isChanged = false;
+    emit changed();
+    return {};
 }
 
 void Editor::undo()

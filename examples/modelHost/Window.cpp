@@ -4,14 +4,17 @@
 #include <zelModelSupport/graphics/ZelGraphicsViewZoom.h>
 #include <zelModelSupport/graphics/ZelSceneEditing.h>
 #include <zelModelSupport/graphics/ZelSceneMol.h>
+#include <zelModelSupport/support/ZelDialogs.h>
 #include <zelModelSupport/support/zgs.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcBst.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMcp.h>
+#include <zelModelSupport/zelModelSupportDataComponent/SdcMli.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcMol.h>
 
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QStandardItemModel>
@@ -39,6 +42,18 @@ public:
         const QString entry = indexes.value(0).data(Qt::UserRole).toString();
         return entry.isEmpty() ? nullptr : ZelSceneEditing::createPsiimIdMimeData(entry);
     }
+};
+
+/// Says in the status bar what the library says in boxes.
+class StatusDialogs : public ZelDialogs
+{
+public:
+    explicit StatusDialogs(QStatusBar *bar) : m_bar(bar) { }
+
+    void tellRefusal(const QString &reason) override { m_bar->showMessage(reason); }
+
+private:
+    QStatusBar *m_bar;
 };
 
 /// A view that keeps the editor whose scene it shows.
@@ -69,8 +84,10 @@ private:
 } // namespace
 
 Window::Window(ZelDbSqliteModel *db)
-    : m_db(db), m_entries(new EntryModel(this)), m_tree(new QTreeView), m_tabs(new QTabWidget)
+    : m_db(db), m_dialogs(std::make_unique<StatusDialogs>(statusBar())),
+      m_entries(new EntryModel(this)), m_tree(new QTreeView), m_tabs(new QTabWidget)
 {
+    ZelDialogs::setCurrent(m_dialogs.get());
     m_tree->setModel(m_entries);
     m_tree->setHeaderHidden(true);
     // As wide as the widest picture, so that none is scaled.
@@ -92,14 +109,24 @@ Window::Window(ZelDbSqliteModel *db)
     statusBar()->showMessage(tr("Double-click an entry to edit it; drag entries onto a scene."));
 }
 
+Window::~Window() = default;
+
 void Window::openEntry(const QString &tag, const QString &psiimId)
 {
+    for (int i = 0; i < m_tabs->count() && !psiimId.isEmpty(); ++i) {
+        const Editor *const open = static_cast<EditorView *>(m_tabs->widget(i))->editor();
+        if (open->tag() == tag && open->recordId() == psiimId) {
+            m_tabs->setCurrentIndex(i);
+            return;
+        }
+    }
     std::unique_ptr<Editor> editor = Editor::create(tag, m_db);
     if (!editor)
         return;
     if (!editor->open(psiimId))
         statusBar()->showMessage(tr("Parts of %1 are missing.").arg(psiimId));
     connect(editor.get(), &Editor::changed, this, &Window::updateTabs);
+    connect(editor.get(), &Editor::changed, statusBar(), &QStatusBar::clearMessage);
     connect(editor->scene(), &ZelScene::signal_refused, statusBar(),
         [this](const QString &reason) { statusBar()->showMessage(reason); });
     auto *const view = new EditorView(std::move(editor));
@@ -173,6 +200,7 @@ void Window::makeToolBar()
     bar->addAction(tr("Add component"), this, &Window::addComponent);
     bar->addAction(tr("Add site"), this, &Window::addSite);
     bar->addAction(tr("Add feature"), this, &Window::addFeature);
+    bar->addAction(tr("Rates"), this, &Window::editRates);
     bar->addSeparator();
     bar->addAction(tr("Undo"), QKeySequence::Undo, this, [this] {
         if (Editor *editor = currentEditor())
@@ -196,18 +224,62 @@ void Window::save()
     Editor *const editor = currentEditor();
     if (!editor)
         return;
-    Sdc *const sdc = editor->sdc();
-    if (sdc->getProperty(SdcProperty::ShortName).isEmpty()) {
-        const QString name = QInputDialog::getText(this, tr("Save"), tr("Short name:"));
-        sdc->setProperty(SdcProperty::ShortName, name.trimmed());
-    }
+    editor->prepare();
+    if (!askName(editor))
+        return;
+    Sdc *const rated = editor->rated();
+    if (rated && rated->isSdcMli() && !rated->toSdcMli()->canSave())
+        editRates();
     const QString reason = editor->save();
     if (!reason.isEmpty()) {
         QMessageBox::warning(this, tr("Save"), reason);
         return;
     }
     fillEntries();
-    statusBar()->showMessage(tr("Saved as %1.").arg(sdc->getPsiimId()));
+    statusBar()->showMessage(tr("Saved as %1.").arg(editor->recordId()));
+}
+
+bool Window::askName(Editor *editor)
+{
+    Sdc *const sdc = editor->sdc();
+    QString holder = editor->nameHolder();
+    while (!holder.isEmpty() || sdc->getProperty(SdcProperty::ShortName).isEmpty()) {
+        const QString name = sdc->getProperty(SdcProperty::ShortName);
+        bool ok = false;
+        const QString answer = QInputDialog::getText(this, tr("Save"),
+            holder.isEmpty() ? tr("Short name:")
+                             : tr("%1 is called '%2' already. Short name:").arg(holder, name),
+            QLineEdit::Normal, name, &ok)
+                                   .trimmed();
+        if (!ok)
+            return false;
+        sdc->setProperty(SdcProperty::ShortName, answer);
+        holder = editor->nameHolder();
+        if (answer.isEmpty() && editor->tag() != QLatin1String("mol"))
+            break; // it gets a default one
+    }
+    return true;
+}
+
+void Window::editRates()
+{
+    Editor *const editor = currentEditor();
+    Sdc *const rated = editor ? editor->rated() : nullptr;
+    if (!rated) {
+        statusBar()->showMessage(tr("Only interactions and associations with a bond have rates."));
+        return;
+    }
+    const ZelScene::Change change(editor->scene());
+    for (const auto &[key, label] :
+        {std::pair(SdcProperty::AssociationRate, tr("Association rate:")),
+            std::pair(SdcProperty::DissociationRate, tr("Dissociation rate:"))}) {
+        bool ok = false;
+        const QString rate = QInputDialog::getText(
+            this, tr("Rates"), label, QLineEdit::Normal, rated->getProperty(key), &ok);
+        if (!ok)
+            return;
+        rated->setProperty(key, rate.trimmed());
+    }
 }
 
 void Window::closeTab(int index)

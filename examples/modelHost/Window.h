@@ -6,12 +6,15 @@
 #include <QMainWindow>
 #include <QPixmap>
 
+#include <memory>
+
 class QMimeData;
 class QModelIndex;
 class QStandardItem;
 class QStandardItemModel;
 class QTabWidget;
 class QTreeView;
+class ZelDialogs;
 
 /// The entries of a model at the left, the editors of those that were opened in tabs.
 class Window : public QMainWindow
@@ -19,6 +22,7 @@ class Window : public QMainWindow
     Q_OBJECT
 public:
     explicit Window(ZelDbSqliteModel *db);
+    ~Window() override;
 
     void openEntry(const QString &tag, const QString &psiimId);
     /// The first entry of each kind, for a picture of what there is.
@@ -34,6 +38,9 @@ private:
     void makeToolBar();
     Editor *currentEditor() const;
     void save();
+    /// Asks for the short name until nobody else has it; false when the user gave up.
+    bool askName(Editor *editor);
+    void editRates();
     void closeTab(int index);
     void updateTabs();
 
@@ -43,6 +50,7 @@ private:
     void addFeature();
 
     ZelDbSqliteModel *m_db;
+    std::unique_ptr<ZelDialogs> m_dialogs;
     QStandardItemModel *m_entries;
     QTreeView *m_tree;
     QTabWidget *m_tabs;
