@@ -57,7 +57,9 @@ public:
     {
         QRectF rect(QPointF(), size);
         rect.moveCenter(centre);
-        SdcMcp *const mcp = m_scene.addSdcMcp(mol ? mol : &m_mol, rect);
+        auto *mcp = new SdcMcp(nullptr);
+        m_scene.addMcp(rect)->setSdcMcp(mcp);
+        (mol ? mol : &m_mol)->addSdcMcp(mcp);
         m_names.insert(mcp, QChar(m_nextComponent++));
         return mcp;
     }
@@ -69,7 +71,9 @@ public:
         const QPointF way = QLineF::fromPolar(item->rect().width() / 2.0, angle).p2();
         QRectF rect(0.0, 0.0, size, size);
         rect.moveCenter(item->scenePos() + way);
-        SdcBst *const bst = m_scene.addSdcBst(mcp, rect);
+        auto *bst = new SdcBst(nullptr);
+        m_scene.addBst(rect, item)->setSdcBst(bst);
+        mcp->addSdcBst(bst);
         m_names.insert(bst, QChar(m_nextSite++));
         return bst;
     }
