@@ -142,6 +142,9 @@ private slots:
         stage.release({0.0, 0.0});
         stage.press({150.0, 0.0});
         QCOMPARE(stage.view().dragMode(), QGraphicsView::ScrollHandDrag);
+        SceneStage<OpenScene> other; // has a view of its own
+        other.click({150.0, 0.0});
+        QCOMPARE(stage.view().dragMode(), QGraphicsView::ScrollHandDrag);
         stage.release({150.0, 0.0});
         QCOMPARE(stage.view().dragMode(), QGraphicsView::NoDrag);
         QGraphicsView second(&stage.scene()); // two views keep their modes

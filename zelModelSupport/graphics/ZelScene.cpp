@@ -221,16 +221,15 @@ ZelEllipseItemMcp *ZelScene::getCenterZelEllipseMcp(ZelEllipseItem *item) const
 void ZelScene::setMoveScene(bool on)
 {
     // Meanwhile the view may have got another scene, or the scene another view.
-    static QPointer<QGraphicsView> scrolled;
-    if (scrolled)
-        scrolled->setDragMode(QGraphicsView::NoDrag);
-    scrolled.clear();
+    if (m_scrolledView)
+        m_scrolledView->setDragMode(QGraphicsView::NoDrag);
+    m_scrolledView.clear();
     const QList<QGraphicsView *> list = views();
     if (list.size() != 1)
         return;
     list.first()->setDragMode(on ? QGraphicsView::ScrollHandDrag : QGraphicsView::NoDrag);
     if (on)
-        scrolled = list.first();
+        m_scrolledView = list.first();
 }
 
 void ZelScene::beginChange()

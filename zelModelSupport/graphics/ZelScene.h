@@ -14,6 +14,7 @@
 
 class QAction;
 class QGraphicsEllipseItem;
+class QGraphicsView;
 class QMenu;
 class Sdc;
 class SdcBst;
@@ -338,6 +339,7 @@ private:
     bool m_collided1WasHighlighted = false;
     bool m_collided2WasHighlighted = false;
     QPointer<ZelEllipseItem> m_lastColliding;
+    QPointer<QGraphicsView> m_scrolledView; // by hand, for as long as the press lasts
     QList<QPointer<ZelEllipseItem>> m_surroundings; // the ellipse items in the region seen
     QRectF m_seenRegion;
     QPointer<Sdc> m_sdc;
