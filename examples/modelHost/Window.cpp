@@ -316,6 +316,7 @@ void Window::addComponent()
     const ZelScene::Change change(editor->scene());
     const QList<SdcMcp *> components = mol->getListSdcMcp();
     QGraphicsEllipseItem shape(QRectF(-30.0, -20.0, 60.0, 40.0));
+    shape.setBrush(components.isEmpty() ? mol->getMolDefaultColor() : mol->getMolColor());
     if (SdcMcp *mcp =
             editor->scene()->addSdcMcp(&shape, components.isEmpty() ? nullptr : components.last()))
         mcp->setProperty(SdcProperty::ShortName, name);

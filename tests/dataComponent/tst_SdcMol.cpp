@@ -74,6 +74,14 @@ private slots:
             QCOMPARE(bst->getZelEllipseItemBst()->brush().color(), QColor(0x10, 0x20, 0x30));
         mol->setMolColor("no such colour");
         QCOMPARE(mol->getMolColor(), QColor(0x10, 0x20, 0x30));
+        // A shape without brush is filled; how one is filled stays.
+        ZelEllipseItemMcp *const item = mol->getSdcMcpAtIndex(0)->getZelEllipseItemMcp();
+        for (const Qt::BrushStyle style : {Qt::NoBrush, Qt::Dense4Pattern}) {
+            item->setBrush(style);
+            mol->setMolColor("#102030");
+            QCOMPARE(item->brush(),
+                QBrush(QColor(0x10, 0x20, 0x30), style == Qt::NoBrush ? Qt::SolidPattern : style));
+        }
         mol->getSdcMcpAtIndex(0)->getZelEllipseItemMcp()->setBrush(Qt::red);
         QCOMPARE(mol->getMolColor(), QColor(Qt::red));
         SdcMol unlisted(nullptr);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBrush>
 #include <QColor>
 #include <QPen>
 #include <Qt>
@@ -155,6 +156,12 @@ inline QColor textColorOn(const QColor &background)
     const double luminance =
         0.299 * background.redF() + 0.587 * background.greenF() + 0.114 * background.blueF();
     return background.alpha() > 127 && luminance < 0.45 ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+/// A shape without brush shows the paper.
+inline QColor textColorOn(const QBrush &background)
+{
+    return background.style() == Qt::NoBrush ? QColor(Qt::black) : textColorOn(background.color());
 }
 
 } // namespace zel::drawing

@@ -223,5 +223,5 @@ QColor ZelEllipseItemBst::labelColor() const
 {
     // A solid mark lies between the site and its label.
     const bool covered = m_statusMark && m_statusMark->brush().style() == Qt::SolidPattern;
-    return covered ? QColor(Qt::black) : textColorOn(brush().color());
+    return covered ? QColor(Qt::black) : textColorOn(brush());
 }

@@ -68,7 +68,7 @@ QSet<QString> sharedNames(SdcMol *mol)
 
 QColor colorOn(const ZelEllipseItem *item)
 {
-    return textColorOn(item->brush().color());
+    return textColorOn(item->brush());
 }
 
 } // namespace

@@ -332,7 +332,7 @@ void SpeciesDrawing::paint(QPainter *painter) const
         case Shape::Site:
             zel::painting::paintEllipse(painter, shape.rect, shape.pen, shape.brush);
             zel::painting::paintSiteLabel(
-                painter, shape.label, shape.rect, textColorOn(shape.brush.color()));
+                painter, shape.label, shape.rect, textColorOn(shape.brush));
             break;
         case Shape::Sticky:
             zel::painting::paintSticky(painter, shape.rect, shape.pen, shape.brush);

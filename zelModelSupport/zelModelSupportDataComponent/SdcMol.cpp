@@ -45,6 +45,8 @@ void setBrushColor(QAbstractGraphicsShapeItem *item, const QColor &color)
         return;
     QBrush brush = item->brush();
     brush.setColor(color);
+    if (brush.style() == Qt::NoBrush) // which would show no colour at all
+        brush.setStyle(Qt::SolidPattern);
     item->setBrush(brush);
 }
 
