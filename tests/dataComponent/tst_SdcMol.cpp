@@ -129,6 +129,41 @@ private slots:
         QVERIFY(plates().isEmpty());
     }
 
+    void plateGoesWithTheDrawing_data()
+    {
+        rows<QString>({"how"},
+            {{"the molecule dies", {"molecule"}}, {"its parts are removed", {"parts"}},
+                {"its items die", {"items"}}, {"its items change scenes", {"moved"}}});
+    }
+
+    void plateGoesWithTheDrawing()
+    {
+        QFETCH(QString, how);
+        ZelScene other(nullptr);
+        ZelScene scene(nullptr);
+        std::unique_ptr<SdcMol> mol(ZelTree::molecule(nullptr, "M", {Chain.first()}, &scene));
+        mol->showIndexCode(true, "1", 3);
+        auto *const added = new SdcMcp(nullptr);
+        scene.addMcp(QRectF(100.0, 0.0, 50.0, 50.0))->setSdcMcp(added);
+        mol->addSdcMcp(added);
+        for (int i = 1; i >= 0; --i) {
+            const QList<QGraphicsItem *> all = scene.items();
+            QVERIFY(std::any_of(all.cbegin(), all.cend(), &ZelGItem::toZelRectItem));
+            if (how == QLatin1String("molecule"))
+                mol.reset();
+            else if (how == QLatin1String("parts"))
+                scene.removeSdcMcp(mol->getSdcMcpAtIndex(0));
+            else if (how == QLatin1String("items"))
+                delete mol->getSdcMcpAtIndex(i)->getZelEllipseItemMcp();
+            else
+                other.addItem(mol->getSdcMcpAtIndex(i)->getZelEllipseItemMcp());
+            if (!mol)
+                break;
+        }
+        const QList<QGraphicsItem *> all = scene.items();
+        QVERIFY(std::none_of(all.cbegin(), all.cend(), &ZelGItem::toZelRectItem));
+    }
+
     void bindingStatusesFollow_data()
     {
         // The first site may be bound; the second is skipped; the third is Unbound in the other.

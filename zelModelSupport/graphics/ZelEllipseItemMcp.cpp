@@ -260,6 +260,13 @@ bool ZelEllipseItemMcp::isEllipseItemMcp()
     return true;
 }
 
+QVariant ZelEllipseItemMcp::itemChange(GraphicsItemChange change, const QVariant &value)
+{
+    if (change == ItemSceneHasChanged)
+        emit sceneChanged();
+    return ZelEllipseItem::itemChange(change, value);
+}
+
 void ZelEllipseItemMcp::forgetLine(ZelLineItemMcpMcp *line)
 {
     m_lines.removeAll(line);

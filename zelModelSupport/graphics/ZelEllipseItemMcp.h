@@ -72,6 +72,13 @@ public:
     ZelEllipseItemMcp *asEllipseItemMcp() override;
     bool isEllipseItemMcp() override;
 
+signals:
+    /// The item has come to another scene or to none.
+    void sceneChanged();
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+
 private:
     friend class ZelLineItemMcpMcp;
     friend class ZelRectItemMcpSticky;

@@ -59,6 +59,7 @@ SdcMol::SdcMol(ZelDbSqliteModel *zelDbSqliteModel, QObject *parent)
 
 SdcMol::~SdcMol()
 {
+    hideIndexCode();
     deleteItemsInNoScene();
 }
 
@@ -170,6 +171,7 @@ void SdcMol::showIndexCode(bool show, const QString &code, int count)
     for (QGraphicsItem *item : below)
         top = std::max(top, item->zValue());
     m_indexCodeItem->setZValue(top + 0.5);
+    keepIndexCode();
 }
 
 void SdcMol::hideIndexCode()
@@ -180,6 +182,24 @@ void SdcMol::hideIndexCode()
     if (QGraphicsScene *scene = m_indexCodeItem->scene())
         scene->removeItem(m_indexCodeItem);
     delete m_indexCodeItem;
+}
+
+void SdcMol::keepIndexCode()
+{
+    if (!m_indexCodeItem)
+        return;
+    if (m_indexCodeItem->scene() != getScene()) {
+        hideIndexCode();
+        return;
+    }
+    for (SdcMcp *mcp : getListSdcMcp()) {
+        ZelEllipseItemMcp *const item = mcp->getZelEllipseItemMcp();
+        if (!item)
+            continue;
+        connect(item, &ZelEllipseItemMcp::sceneChanged, this, &SdcMol::keepIndexCode,
+            Qt::UniqueConnection);
+        connect(item, &QObject::destroyed, this, &SdcMol::keepIndexCode, Qt::UniqueConnection);
+    }
 }
 
 void SdcMol::synchronizeBindingStatus(SdcMol *other, const QList<SdcBst *> &excluded, bool both)

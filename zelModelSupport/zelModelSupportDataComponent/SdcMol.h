@@ -38,7 +38,8 @@ public:
     void setMolColor(const QString &name);
     QColor getMolDefaultColor() const { return m_defaultColor; }
     /// Lays a translucent plate with the code's number over the drawing; its hue is the code-th of
-    /// count evenly spaced ones.
+    /// count evenly spaced ones. The plate goes with the molecule, and when the drawing leaves its
+    /// scene.
     void showIndexCode(bool show, const QString &code, int count);
     void hideIndexCode();
 
@@ -89,6 +90,8 @@ private:
     bool loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
         const QPointF &refPos, bool limited);
     void deleteItemsInNoScene();
+    /// Takes the plate away when the drawing has left its scene, and goes on watching otherwise.
+    void keepIndexCode();
 
     QColor m_color;
     QColor m_defaultColor = Qt::white;
