@@ -25,6 +25,7 @@ ZelLineItemBstBst::ZelLineItemBstBst(QGraphicsItem *parentItem) : ZelLineItem(pa
 
 ZelLineItemBstBst::~ZelLineItemBstBst()
 {
+    endGlow();
     releaseSdc();
 }
 
@@ -73,8 +74,15 @@ void ZelLineItemBstBst::setHighlight(bool status, bool extendable)
     setLineHighlighted(status);
     if (!extendable)
         return;
-    for (ZelEllipseItemBst *item : getListZelEllipseItemBst())
+    endGlow();
+    for (ZelEllipseItemBst *item : getListZelEllipseItemBst()) {
         item->setHighlight(status);
+        if (status)
+            m_glowing.append(item);
+    }
+    if (SdcBstBst *bond = status ? getSdcBstBst() : nullptr)
+        connect(
+            bond, &QObject::destroyed, this, &ZelLineItemBstBst::bondDied, Qt::UniqueConnection);
 }
 
 SdcBstBst *ZelLineItemBstBst::getSdcBstBst()
@@ -101,16 +109,28 @@ void ZelLineItemBstBst::keepEnds()
 void ZelLineItemBstBst::follow(ZelEllipseItem *item)
 {
     if (item)
-        connect(item, &ZelEllipseItem::posChanged, this, &ZelLineItemBstBst::updateEnds,
+        connect(item, &ZelEllipseItem::posChanged, this, &ZelLineItemBstBst::endMoved,
             Qt::UniqueConnection);
+}
+
+void ZelLineItemBstBst::endMoved()
+{
+    const auto [first, second] = ends();
+    if (!m_hidden && first && second && m_ends[0] == first && m_ends[1] == second
+        && m_laidLine == line() && m_endRects[0] == first->sceneBoundingRect()
+        && m_endRects[1] == second->sceneBoundingRect())
+        return;
+    if (isWhole())
+        updateLine();
+    else
+        updateEnds();
 }
 
 void ZelLineItemBstBst::updateEnds()
 {
     if (!m_laid)
         return;
-    ZelEllipseItemBst *const first = isWhole() ? getZelEllipseItemBst1() : m_ends[0].data();
-    ZelEllipseItemBst *const second = isWhole() ? getZelEllipseItemBst2() : m_ends[1].data();
+    const auto [first, second] = ends();
     if (first && second) {
         lay(first, second);
     } else if (!m_hidden) {
@@ -125,6 +145,28 @@ bool ZelLineItemBstBst::isWhole()
     return bond && bond->getSdcBst1() && bond->getSdcBst2();
 }
 
+std::array<ZelEllipseItemBst *, 2> ZelLineItemBstBst::ends()
+{
+    if (isWhole())
+        return {getZelEllipseItemBst1(), getZelEllipseItemBst2()};
+    return {m_ends[0].data(), m_ends[1].data()};
+}
+
+// Sites that glow for themselves go on glowing.
+void ZelLineItemBstBst::endGlow()
+{
+    const QList<QPointer<ZelEllipseItemBst>> items = std::exchange(m_glowing, {});
+    for (const QPointer<ZelEllipseItemBst> &item : items) {
+        if (item)
+            item->setHighlight(item->getSdcBst() && item->getSdcBst()->isHighlighted());
+    }
+}
+
+void ZelLineItemBstBst::bondDied()
+{
+    setHighlight(false, true);
+}
+
 void ZelLineItemBstBst::lay(ZelEllipseItemBst *first, ZelEllipseItemBst *second)
 {
     if (!first || !second || !scene() || first->scene() != scene() || second->scene() != scene())
@@ -134,7 +176,9 @@ void ZelLineItemBstBst::lay(ZelEllipseItemBst *first, ZelEllipseItemBst *second)
         m_keepsEnds = false;
     }
     m_laid = true;
-    setSceneLine(zel::geometry::bondLine(first->sceneBoundingRect(), second->sceneBoundingRect()));
+    m_endRects = {first->sceneBoundingRect(), second->sceneBoundingRect()};
+    setSceneLine(zel::geometry::bondLine(m_endRects[0], m_endRects[1]));
+    m_laidLine = line();
     setZValue(zel::drawing::z::Bond);
     if (std::exchange(m_hidden, false))
         show();

@@ -201,7 +201,7 @@ void SdcBstBst::setHighlight(bool status, bool extendable)
 void SdcBstBst::updateBstPos()
 {
     if (m_line)
-        m_line->updateLine();
+        m_line->endMoved();
 }
 
 void SdcBstBst::follow(SdcBst *sdcBst)
