@@ -1,12 +1,17 @@
 #include "EditingStage.h"
 #include "zelModelSupport/graphics/ZelSceneCpx.h"
 #include "zelModelSupport/graphics/ZelSceneCxi.h"
+#include "zelModelSupport/graphics/ZelSceneState.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCxi.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
+
+#include <functional>
+#include <utility>
 
 // The scene of a complex interaction: two complexes, bonds between them, the result beside them.
 class tst_SceneCxi : public EditingTest<ZelSceneCxi>
@@ -71,6 +76,38 @@ private slots:
         m_scene->removeBond(bond);
         QVERIFY(!m_scene->getResultSdcCpx());
         QVERIFY(m_scene->getResultRect().isNull());
+    }
+
+    void resultIsWorkedOutOnceAChange()
+    {
+        QVERIFY(m_scene->drawBond(site(0, 0, "a2"), site(1, 0, "b2")));
+        SdcBstBstCxi *const first = cxi()->getListSdcBstBstCxi().at(0);
+        QGraphicsView second(m_scene.get()); // so that a drag of empty space reaches the scene
+        const ZelSceneState state = ZelSceneState::take(m_scene.get());
+        const QPointF at = componentOf(1);
+        const QPointF to = at + QPointF(30.0, 80.0);
+        QSignalSpy workedOut(qobject_cast<ZelScene *>(m_scene->getResultSdcCpx()->getScene()),
+            &ZelScene::signal_changed);
+        const QList<std::pair<int, std::function<void()>>> acts{
+            {0,
+                [&] {
+                    m_user->drag({0.0, -250.0}, {40.0, -250.0});
+                }},
+            {0, [&] { m_user->press(at), m_user->move(at + QPointF(5.0, 0.0)), m_user->move(to); }},
+            {1, [&] { m_user->release(to); }}, {0, [&] { m_user->click(to); }},
+            {1, [&] { m_scene->rotateUnit(m_cpxs.at(0), 90.0); }},
+            {1, [&] { m_scene->drawBond(site(0, 0, "a1"), site(1, 0, "b1")); }},
+            {1, [&] { m_scene->setSelectedSdc(first); }}, {1, [&] { m_user->key(Qt::Key_Delete); }},
+            {1, [&] { state.restore(m_scene.get()); }}};
+        for (const auto &[times, act] : acts) {
+            workedOut.clear();
+            act();
+            QCOMPARE(workedOut.size(), times);
+        }
+        // A bond that dies behind the scene's back takes its result along.
+        delete cxi()->getListSdcBstBstCxi().at(0);
+        QCoreApplication::processEvents();
+        QVERIFY(!m_scene->getResultSdcCpx());
     }
 
     void resultOfTheBondThatWasClicked()

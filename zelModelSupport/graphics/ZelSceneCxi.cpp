@@ -23,7 +23,7 @@ ZelSceneCxi::ZelSceneCxi(QObject *parent) : ZelSceneEditing(parent)
 {
     setZelSceneType(ZelSceneType::Cxi);
     setAllowToDisplayBindingStatus(true);
-    connect(this, &ZelScene::signal_changed, this, &ZelSceneCxi::updateResult);
+    // Not signal_changed(), which also says that a drag begins and is said again after a change.
     connect(this, &ZelScene::signal_changeEnd, this, &ZelSceneCxi::updateResult);
     connect(this, &ZelSceneEditing::signal_selectionChanged, this, [this](Sdc *sdc) {
         if (SdcBstBstCxi *bond = sdc ? sdc->toSdcBstBstCxi() : nullptr)
@@ -182,6 +182,14 @@ SdcBstBst *ZelSceneCxi::makeBond(SdcBst *first, SdcBst *second)
     SdcBstBst *const bond = ZelSceneEditing::makeBond(first, second);
     if (bond && bond->isSdcBstBstCxi()) {
         connect(bond, &Sdc::propertyChanged, this, &ZelSceneCxi::updateResultTitle);
+        // It may die outside of all changes, and not alone.
+        connect(
+            bond, &QObject::destroyed, this,
+            [this] {
+                if (m_result && !m_currentBond)
+                    updateResult();
+            },
+            Qt::QueuedConnection);
         m_currentBond = bond->toSdcBstBstCxi();
     }
     return bond;
@@ -232,6 +240,12 @@ Sdc *ZelSceneCxi::getMolParent()
 QString ZelSceneCxi::getUnitWord() const
 {
     return tr("Complex");
+}
+
+void ZelSceneCxi::restored()
+{
+    updateResult();
+    ZelSceneEditing::restored();
 }
 
 void ZelSceneCxi::updateResult()

@@ -54,6 +54,7 @@ public:
 protected:
     Sdc *getMolParent() override;
     QString getUnitWord() const override;
+    void restored() override;
 
 private:
     void updateResult();

@@ -295,6 +295,11 @@ void ZelSceneEditing::contentsChanged()
     emit signal_changed();
 }
 
+void ZelSceneEditing::restored()
+{
+    emit signal_changed();
+}
+
 void ZelSceneEditing::showStates(SdcCpx *cpx)
 {
     if (!cpx)

@@ -117,6 +117,8 @@ protected:
 
     /// The change of a bond or unit is complete: more than its drawing has changed.
     virtual void contentsChanged();
+    /// A state has been put back, which is no change of the user's.
+    virtual void restored();
     void refuseRecord(const QString &reason);
     /// Empties the data component's properties for what is to be loaded into it.
     void clearToLoad(Sdc *sdc);

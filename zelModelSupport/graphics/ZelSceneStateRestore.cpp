@@ -176,7 +176,7 @@ bool ZelSceneState::restoreEditing(ZelSceneEditing *scene, Sdc *own) const
     for (SdcBst *site : sites)
         site->updateDisplayBstBindingStatus();
     --scene->m_changeDepth;
-    emit scene->signal_changed();
+    scene->restored();
     return good;
 }
 
