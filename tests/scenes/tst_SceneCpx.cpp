@@ -1,4 +1,5 @@
 #include "EditingStage.h"
+#include "zelModelSupport/graphics/ZelLineItemBstBstCpx.h"
 #include "zelModelSupport/graphics/ZelSceneCpxTemp.h"
 #include "zelModelSupport/graphics/ZelSceneMol.h"
 #include "zelModelSupport/graphics/ZelSceneState.h"
@@ -8,6 +9,9 @@
 
 #include <QSignalSpy>
 #include <QStandardItemModel>
+
+#include <functional>
+#include <utility>
 
 // The scene of a complex: molecules that come, move, turn and go, and the menus that set states.
 class tst_SceneCpx : public EditingTest<ZelSceneCpx>
@@ -149,46 +153,106 @@ private slots:
         QCOMPARE(Hands::centreOf(site(2, "b1")), site2);
     }
 
-    void deleting_data()
+    void deleteHitsWhatWasActedOn_data()
     {
-        rows<QString, int, int>({"how", "molecules", "bonds"},
-            {{"molecule by menu", {"mol menu", 2, 0}}, {"molecule by key", {"mol key", 2, 0}},
-                {"bond by menu of its line", {"line menu", 3, 0}},
-                {"bond by menu of its site", {"site menu", 3, 0}},
-                {"bond by key", {"line key", 3, 0}}, {"nothing chosen", {"nothing", 3, 1}}});
+        rows<QString>({"dead"},
+            {{"pressed", {"B bond"}}, {"dragged", {"B bond"}}, {"right-clicked", {"B bond"}},
+                {"by its menu", {"B bond"}}, {"line pressed", {"bond"}},
+                {"line by its menu", {"bond"}}, {"site pressed", {"bond"}},
+                {"site right-clicked", {"bond"}}, {"site by its menu", {"bond"}},
+                {"line over a molecule pressed", {"C"}},
+                {"line over a molecule right-clicked", {"C"}}, {"space clicked", {""}},
+                {"space right-clicked", {""}}, {"dropped", {""}}, {"bond drawn", {""}},
+                {"bond given up", {""}}, {"bond drawn and undone", {""}}, {"molecule died", {"B"}},
+                {"bond died", {"bond"}}});
     }
 
-    void deleting()
+    void deleteHitsWhatWasActedOn()
     {
-        QFETCH(QString, how);
-        QFETCH(int, molecules);
-        QFETCH(int, bonds);
+        QFETCH(QString, dead);
         bond();
         SdcCpx *const cpx = m_scene->getSdcCpx();
-        const QLineF line = cpx->getListSdcBstBstCpx().at(0)->getZelLineItemBstBst()->line();
-        const QPointF nearLine = line.center() + QPointF(0.0, 2.0);
-        const QPointer<SdcMol> mol = m_mols.at(1);
-        const QPointer<ZelLineItemBstBst> drawn =
-            cpx->getListSdcBstBstCpx().at(0)->getZelLineItemBstBst();
-        if (how == QLatin1String("mol menu"))
-            QVERIFY(m_user->choose(componentOf(1), "Delete Molecule"));
-        else if (how == QLatin1String("mol key"))
-            m_user->click(componentOf(1));
-        else if (how == QLatin1String("line menu"))
-            QVERIFY(m_user->choose(nearLine, "Delete Bond"));
-        else if (how == QLatin1String("site menu"))
-            QVERIFY(m_user->choose(Hands::centreOf(site(1, "b2")), "Delete Bond"));
-        else if (how == QLatin1String("line key"))
-            m_user->click(nearLine);
-        else
-            m_user->click({0.0, -250.0});
-        QSignalSpy ended(m_scene.get(), &ZelScene::signal_changeEnd);
+        SdcBstBst *const first = cpx->getListSdcBstBstCpx().at(0);
+        const QList<std::pair<QString, QPointer<Sdc>>> parts{
+            {"A", m_mols.at(0)}, {"B", m_mols.at(1)}, {"C", m_mols.at(2)}, {"bond", first}};
+        const QPointF on = componentOf(1);
+        const QPointF bonded = Hands::centreOf(site(1, "b2"));
+        const QPointF bare = Hands::centreOf(site(1, "b1"));
+        const QPointF space(0.0, -250.0);
+        QPointF line; // a whole pixel
+        for (double at = 0.4; !m_scene->getZelLineItemFromScenePos(line); at += 0.01)
+            line = first->getZelLineItemBstBst()->line().pointAt(at).toPoint();
+        const QPointF nearLine = line + QPointF(0.0, 2.0);
+        const auto lineOverC = [&] {
+            m_scene->moveListSdcMcps(m_mols.at(2)->getListSdcMcp(), line - componentOf(2));
+        };
+        const auto drawBond = [&] { m_user->drag(bare, Hands::centreOf(site(2, "b1"))); };
+        const auto selectAndDelete = [&](Sdc *sdc) {
+            m_scene->setSelectedSdc(sdc);
+            delete sdc;
+        };
+        const ZelSceneState state = ZelSceneState::take(m_scene.get());
+        const QHash<QString, std::function<void()>> acts{{"pressed", [&] { m_user->press(on); }},
+            {"dragged", [&] { m_user->drag(on, on + QPointF(30.0, 30.0)); }},
+            {"right-clicked", [&] { m_user->entries(on); }},
+            {"by its menu", [&] { m_user->choose(on, "Delete Molecule"); }},
+            {"line pressed", [&] { m_user->press(nearLine); }},
+            {"line by its menu", [&] { m_user->choose(nearLine, "Delete Bond"); }},
+            {"site pressed", [&] { m_user->press(bonded); }},
+            {"site right-clicked", [&] { m_user->entries(bonded); }},
+            {"site by its menu", [&] { m_user->choose(bonded, "Delete Bond"); }},
+            {"line over a molecule pressed", [&] { lineOverC(), m_user->press(line); }},
+            {"line over a molecule right-clicked", [&] { lineOverC(), m_user->entries(line); }},
+            {"space clicked", [&] { m_user->click(space); }},
+            {"space right-clicked", [&] { m_user->entries(space); }},
+            {"dropped", [&] { m_user->drop(QLatin1String("mol;") + m_model->molB(), space); }},
+            {"bond drawn", drawBond}, {"bond given up", [&] { m_user->drag(bare, space); }},
+            {"bond drawn and undone", [&] { drawBond(), state.restore(m_scene.get()); }},
+            {"molecule died", [&] { selectAndDelete(m_mols.at(1)); }},
+            {"bond died", [&] { selectAndDelete(first); }}};
+        m_user->click(componentOf(0));
+        QSignalSpy selected(m_scene.get(), &ZelSceneEditing::signal_selectionChanged);
+        acts.value(QString::fromLatin1(QTest::currentDataTag()))();
         m_user->key(Qt::Key_Delete);
-        QCOMPARE(ended.size(), how.endsWith(QLatin1String("key")) ? 1 : 0);
-        QCOMPARE(cpx->getListSdcMol().size(), molecules);
-        QCOMPARE(mol.isNull(), molecules == 2);
+        QStringList gone;
+        for (const auto &[name, sdc] : parts) {
+            if (!sdc)
+                gone.append(name);
+        }
+        QCOMPARE(gone.join(u' '), dead);
+        const int bonds = gone.removeAll("bond") > 0 ? 0 : 1;
         QCOMPARE(cpx->getListSdcBstBstCpx().size(), bonds);
-        QCOMPARE(drawn.isNull(), bonds == 0);
+        QCOMPARE(cpx->getListSdcMol().size(), 3 - gone.size());
+        QVERIFY(!m_scene->getSelectedSdc());
+        QVERIFY(!selected.isEmpty() && !selected.last().at(0).value<Sdc *>());
+        for (SdcBst *each : cpx->getListSdcBst())
+            QVERIFY(!each->getZelEllipseItemBst()->isHighlighted());
+    }
+
+    void bondWhoseEndsMoveIsLaidOnce()
+    {
+        class CountedLine : public ZelLineItemBstBstCpx
+        {
+        public:
+            void updateLine() override
+            {
+                ++laid;
+                ZelLineItemBstBstCpx::updateLine();
+            }
+            int laid = 0;
+        };
+        bond();
+        SdcBstBst *const drawn = m_scene->getSdcCpx()->getListSdcBstBstCpx().at(0);
+        delete drawn->getZelLineItemBstBst();
+        auto *const line = new CountedLine;
+        m_scene->addBondLine(drawn, line);
+        const QList<SdcMcp *> one = m_mols.at(0)->getListSdcMcp();
+        m_scene->moveListSdcMcps(one + m_mols.at(1)->getListSdcMcp(), {10.0, 5.0});
+        QCOMPARE(line->laid, 2);
+        m_scene->moveListSdcMcps(one, {10.0, 5.0});
+        QCOMPARE(line->laid, 3);
+        QVERIFY(m_scene->flipUnit(m_mols.at(0), true));
+        QCOMPARE(line->laid, 4);
     }
 
     void bondGoesItsStatusReturns()
@@ -378,7 +442,9 @@ private slots:
         m_scene->removeSdcMol(m_mols.at(2));
         SdcCpx *const cpx = m_scene->getSdcCpx();
         QVERIFY(cpx->saveToDbCpx());
+        m_user->click(componentOf(0));
         QVERIFY(m_user->drop(QLatin1String("cpx;") + cpx->getPsiimId(), {0.0, 150.0}));
+        QVERIFY(!m_scene->getSelectedSdc()); // of two molecules neither
         QCOMPARE(cpx->getListSdcMol().size(), 4);
         QCOMPARE(cpx->getListSdcBstBstCpx().size(), 2);
         QCOMPARE(m_scene->getListConnectedUnits(cpx->getListSdcMol().at(3)).size(), 2);
@@ -397,6 +463,7 @@ private slots:
         // A complex that dies leaves its drawing, which stays harmless.
         m_user->click(Hands::centreOf(another.getListSdcMol().at(0)->getSdcMcpAtIndex(0)));
         m_scene->setSdc(nullptr);
+        QVERIFY(!m_scene->getSelectedSdc());
     }
 
     void temporarySceneOwnsItsComplex()

@@ -41,7 +41,6 @@ ZelSceneEditing::ZelSceneEditing(QObject *parent)
     m_leastSceneRect = sceneRect();
     connect(this, &ZelScene::signal_changed, this, &ZelSceneEditing::followContents);
     connect(this, &ZelScene::signal_changeEnd, this, &ZelSceneEditing::followContents);
-    connect(this, &ZelScene::zelGItemClicked, this, &ZelSceneEditing::itemClicked);
     connect(this, &ZelScene::noGItemClicked, this, &ZelSceneEditing::spaceClicked);
     connect(this, &ZelScene::signal_setStickyState, this, &ZelSceneEditing::applyStickyState);
     connect(this, &ZelScene::signal_setNegation, this, &ZelSceneEditing::applyNegation);
@@ -49,7 +48,19 @@ ZelSceneEditing::ZelSceneEditing(QObject *parent)
         this, &ZelScene::signal_setBstBindingStatus, this, &ZelSceneEditing::applyBindingStatus);
 }
 
-ZelSceneEditing::~ZelSceneEditing() = default;
+ZelSceneEditing::~ZelSceneEditing()
+{
+    if (m_selected)
+        m_selected->disconnect(this);
+}
+
+void ZelSceneEditing::setSdc(Sdc *sdc)
+{
+    if (sdc != getSdc())
+        setSelectedSdc(nullptr);
+    ZelScene::setSdc(sdc);
+    followContents();
+}
 
 bool ZelSceneEditing::isDrawingBond() const
 {
@@ -147,12 +158,6 @@ void ZelSceneEditing::removeBond(SdcBstBst *bond)
         contentsChanged();
 }
 
-void ZelSceneEditing::setSdc(Sdc *sdc)
-{
-    ZelScene::setSdc(sdc);
-    followContents();
-}
-
 bool ZelSceneEditing::toMove() const
 {
     ZelGItem *const pressed = getPressedItem();
@@ -164,10 +169,13 @@ bool ZelSceneEditing::allowToChangeRelativePos() const
     return m_pressModifiers.testFlag(Qt::AltModifier) && isSite(getPressedItem());
 }
 
-void ZelSceneEditing::itemPressed(ZelGItem *)
+void ZelSceneEditing::itemPressed(ZelGItem *item)
 {
     m_siteRefused = false;
     m_raised = false;
+    // A press on empty space may begin to move the view: only a click takes the selection away.
+    if (Sdc *sdc = getSdcToSelect(item, m_pressScenePos))
+        setSelectedSdc(sdc);
 }
 
 bool ZelSceneEditing::itemDragged(ZelGItem *item, const QPointF &scenePos)
@@ -187,6 +195,10 @@ bool ZelSceneEditing::itemDragged(ZelGItem *item, const QPointF &scenePos)
             refuseBond(reason);
             return true;
         }
+        const QPointer<ZelGItem> guard = item;
+        setSelectedSdc(nullptr); // until the bond is drawn, what glows is where it may end
+        if (!guard)
+            return true;
         m_bondDrawing->start(item->asEllipseItemBst());
     }
     const QString before = m_bondDrawing->getRefusal();
@@ -208,7 +220,7 @@ void ZelSceneEditing::itemReleased(ZelGItem *, const QPointF &scenePos)
     SdcBst *const target = m_bondDrawing->getTarget();
     m_bondDrawing->reset();
     if (target)
-        drawBond(source, target);
+        drawBondByHand(source, target);
 }
 
 void ZelSceneEditing::pressCancelled()
@@ -264,9 +276,7 @@ void ZelSceneEditing::keyPressEvent(QKeyEvent *event)
 ZelGItem *ZelSceneEditing::getZelGItemToPress(const QPointF &scenePos) const
 {
     ZelEllipseItem *const ellipse = getZelEllipseItemFromScenePos(scenePos);
-    if (ellipse && ellipse->asEllipseItemBst())
-        return ellipse;
-    return ZelScene::getZelGItemToPress(scenePos);
+    return ellipse ? ellipse : ZelScene::getZelGItemToPress(scenePos);
 }
 
 void ZelSceneEditing::drawForeground(QPainter *painter, const QRectF &rect)

@@ -16,10 +16,11 @@ class ZelSceneBondDrawing;
 /// database and go, bonds that are drawn by dragging from site to site, keys, menus and drops.
 ///
 /// A drag of a component moves its unit, with Ctrl all units that bonds join to it; a drag of a
-/// site draws a bond, with Alt it moves the site on the rim; Escape gives a half-drawn bond up;
-/// Delete removes what was clicked last. Unlike other scenes this one also destroys molecules.
-/// What is dragged comes to lie on top, and the scene's rectangle grows and shrinks with what is
-/// drawn, down to the one it begins with.
+/// site draws a bond, with Alt it moves the site on the rim; Escape gives a half-drawn bond up.
+/// Presses, drags, drops and right clicks select what they act on, and Delete removes it, as the
+/// menu would. Unlike other scenes this one also destroys molecules. What is dragged comes to lie
+/// on top, and the scene's rectangle grows and shrinks with what is drawn, down to the one it
+/// begins with.
 class ZELMODELSUPPORT_EXPORT ZelSceneEditing : public ZelScene
 {
     Q_OBJECT
@@ -27,6 +28,9 @@ class ZELMODELSUPPORT_EXPORT ZelSceneEditing : public ZelScene
 public:
     explicit ZelSceneEditing(QObject *parent = nullptr);
     ~ZelSceneEditing() override;
+
+    /// Nothing of another component stays selected.
+    void setSdc(Sdc *sdc) override;
 
     /// The MIME type of records that are dragged onto a scene. The data is a record's tag and id
     /// in UTF-8, "mol;mol12", as in the user role of a list's entries.
@@ -42,7 +46,8 @@ public:
     bool isDrawingBond() const;
     /// In scene coordinates; without length while no bond is being drawn.
     QLineF getProvisionalLine() const;
-    /// The unit or bond that was clicked last; Delete removes it.
+    /// The unit or bond on which the user acted last, which glows; Delete removes it. Null when
+    /// there is none or it is gone.
     Sdc *getSelectedSdc() const;
     void setSelectedSdc(Sdc *sdc);
 
@@ -83,7 +88,6 @@ public:
     /// Why such a record may not be added, as a sentence; empty when it may.
     virtual QString getRecordRefusal(const QString &tag, const QString &psiimId);
 
-    void setSdc(Sdc *sdc) override;
     bool toMove() const override;
     bool allowToChangeRelativePos() const override;
     QList<SdcMcp *> getListSdcMcpToMove(Sdc *sdc) override;
@@ -93,6 +97,7 @@ public:
     void pressCancelled() override;
 
 signals:
+    /// Null when nothing is selected any longer, also because what was selected is destroyed.
     void signal_selectionChanged(Sdc *sdc);
 
 protected:
@@ -105,7 +110,7 @@ protected:
     void dragMoveEvent(QGraphicsSceneDragDropEvent *event) override;
     void dropEvent(QGraphicsSceneDragDropEvent *event) override;
     void drawForeground(QPainter *painter, const QRectF &rect) override;
-    /// A site also where the line of a bond crosses it.
+    /// A site or component also where the line of a bond crosses it.
     ZelGItem *getZelGItemToPress(const QPointF &scenePos) const override;
 
     /// Whether the menus that set states belong here.
@@ -119,6 +124,8 @@ protected:
     virtual void contentsChanged();
     /// A state has been put back, which is no change of the user's.
     virtual void restored();
+    /// drawBond() at the end of a gesture, which selects what it has made.
+    void drawBondByHand(SdcBst *first, SdcBst *second);
     void refuseRecord(const QString &reason);
     /// Empties the data component's properties for what is to be loaded into it.
     void clearToLoad(Sdc *sdc);
@@ -143,8 +150,9 @@ private:
 
     // Selection
     SdcBstBst *getBondNear(const QPointF &scenePos) const;
-    void itemClicked(ZelGItem *item);
+    Sdc *getSdcToSelect(ZelGItem *item, const QPointF &scenePos);
     void spaceClicked();
+    void selectedDied();
 
     // Units
     bool turn(Sdc *unit, bool connected, const std::function<bool(const QList<SdcMcp *> &)> &act);

@@ -19,8 +19,6 @@
 #include <QMenu>
 #include <QMimeData>
 
-#include <utility>
-
 namespace {
 
 /// A record that is dragged over a scene; empty when the data is something else.
@@ -125,8 +123,19 @@ void ZelSceneEditing::dropEvent(QGraphicsSceneDragDropEvent *event)
 {
     const DraggedRecord record(event->mimeData());
     event->setDropAction(Qt::CopyAction); // the record stays where it was dragged from
+    const auto units = [this] {
+        return getSdc() ? getSdc()->getListSdcChildren() : QList<Sdc *>();
+    };
+    const QList<Sdc *> before = units();
+    const QPointer<ZelSceneEditing> self = this;
     event->setAccepted(
         !record.tag.isEmpty() && addRecordFromDb(record.tag, record.psiimId, event->scenePos()));
+    if (!self || !event->isAccepted())
+        return;
+    QList<Sdc *> added = units();
+    added.removeIf([&before](Sdc *unit) { return !unit || before.contains(unit); });
+    // Of several molecules none is what the user meant.
+    setSelectedSdc(added.size() == 1 ? added.first() : nullptr);
 }
 
 void ZelSceneEditing::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
@@ -134,21 +143,13 @@ void ZelSceneEditing::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
     if (!isContextMenuEnabled() || freezeMouseActions())
         return;
     m_lastScenePos = event->scenePos();
-    ZelEllipseItem *const item = getZelEllipseItemFromScenePos(event->scenePos());
-    Actions actions;
-    if (!item) {
-        actions = createBondActions(getBondNear(event->scenePos()));
-    } else if (ZelEllipseItemBst *bstItem = item->asEllipseItemBst()) {
-        if (SdcBst *site = bstItem->getSdcBst()) {
-            for (SdcBstBst *bond : site->getListSdcBstBst()) {
-                for (auto &action : createBondActions(bond))
-                    actions.push_back(std::move(action));
-            }
-        }
-    } else {
-        actions = createUnitActions(getUnit(item->getSdc()));
-    }
+    const QPointer<ZelEllipseItem> item = getZelEllipseItemFromScenePos(event->scenePos());
     const QPointer<ZelSceneEditing> self = this;
+    setSelectedSdc(getSdcToSelect(item, event->scenePos()));
+    if (!self)
+        return;
+    SdcBstBst *const bond = m_selected ? m_selected->toSdcBstBst() : nullptr;
+    const Actions actions = bond ? createBondActions(bond) : createUnitActions(m_selected);
     if (item && isEditingStates()) {
         setFurtherMenuActions(pointersOf(actions));
         ZelScene::contextMenuEvent(event);

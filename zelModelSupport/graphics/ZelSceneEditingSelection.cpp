@@ -1,12 +1,12 @@
-// What the user has clicked in an editing scene.
+// What is selected in an editing scene: that on which the user acted last.
 
 #include "zelModelSupport/graphics/ZelDrawing.h"
+#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelItemGeometry.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
-#include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelSceneEditing.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 
 Sdc *ZelSceneEditing::getSelectedSdc() const
 {
@@ -17,12 +17,21 @@ void ZelSceneEditing::setSelectedSdc(Sdc *sdc)
 {
     if (sdc == m_selected)
         return;
-    if (m_selected)
+    if (m_selected) {
+        disconnect(m_selected, &QObject::destroyed, this, &ZelSceneEditing::selectedDied);
         m_selected->setHighlight(false, true);
+    }
     m_selected = sdc;
-    if (sdc)
+    if (sdc) {
+        connect(sdc, &QObject::destroyed, this, &ZelSceneEditing::selectedDied);
         sdc->setHighlight(true, true);
+    }
     emit signal_selectionChanged(sdc);
+}
+
+void ZelSceneEditing::selectedDied()
+{
+    emit signal_selectionChanged(nullptr);
 }
 
 // A line is thin: it is enough to come near it.
@@ -49,20 +58,36 @@ SdcBstBst *ZelSceneEditing::getBondNear(const QPointF &scenePos) const
     return nearest;
 }
 
-void ZelSceneEditing::itemClicked(ZelGItem *item)
+// One answer for presses and menus, so that they act on the same. A bonded site stands for its
+// bond: alone it cannot be removed.
+Sdc *ZelSceneEditing::getSdcToSelect(ZelGItem *item, const QPointF &scenePos)
 {
-    if (ZelLineItemBstBst *line = item ? item->asLineItemBstBst() : nullptr) {
-        setSelectedSdc(line->getSdcBstBst());
-        return;
+    if (ZelLineItemBstBst *line = item ? item->asLineItemBstBst() : nullptr)
+        return line->getSdcBstBst();
+    if (!item || !item->isEllipseItem())
+        return getBondNear(scenePos);
+    ZelEllipseItemBst *const bstItem = item->asEllipseItemBst();
+    if (SdcBst *site = bstItem ? bstItem->getSdcBst() : nullptr) {
+        const QList<SdcBstBst *> bonds = site->getListSdcBstBst();
+        for (SdcBstBst *bond : bonds) {
+            if (bond == m_selected)
+                return bond;
+        }
+        if (!bonds.isEmpty())
+            return bonds.last();
     }
-    ZelRectItemMcpSticky *const sticky = item ? item->asRectItemMcpSticky() : nullptr;
-    if (sticky)
-        setSelectedSdc(getUnit(sticky->getSdcMcp()));
-    else
-        setSelectedSdc(getUnit(item ? item->getSdc() : nullptr));
+    return getUnit(item->getSdc());
 }
 
 void ZelSceneEditing::spaceClicked()
 {
     setSelectedSdc(getBondNear(m_pressScenePos));
+}
+
+void ZelSceneEditing::drawBondByHand(SdcBst *first, SdcBst *second)
+{
+    const QPointer<ZelSceneEditing> self = this;
+    const QPointer<SdcBstBst> bond = drawBond(first, second);
+    if (self && bond)
+        setSelectedSdc(bond);
 }

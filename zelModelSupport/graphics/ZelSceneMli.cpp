@@ -108,7 +108,7 @@ QString ZelSceneMli::getRecordRefusal(const QString &tag, const QString &psiimId
 void ZelSceneMli::itemsCollided(ZelEllipseItem *first, ZelEllipseItem *second)
 {
     if (isBondAllowed(siteOf(first), siteOf(second)))
-        drawBond(siteOf(first), siteOf(second));
+        drawBondByHand(siteOf(first), siteOf(second));
 }
 
 Sdc *ZelSceneMli::getMolParent()
