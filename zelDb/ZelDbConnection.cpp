@@ -1,5 +1,7 @@
 #include "zelDb/ZelDbConnection.h"
 
+#include "zelDb/ZelDbSchema.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QSqlError>
@@ -39,7 +41,7 @@ ZelDbConnection::~ZelDbConnection()
 bool ZelDbConnection::connect(const QString &path, bool readOnly)
 {
     disconnect();
-    noteChange();
+    noteMoleculesChange();
     m_path = path;
     m_readOnly = readOnly;
     if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QSQLITE"))) {
@@ -68,6 +70,7 @@ void ZelDbConnection::disconnect()
         return;
     while (!m_levels.isEmpty())
         rollbackTop(true);
+    m_reading.reset();
     m_queries.clear();
     m_db.close();
     m_db = QSqlDatabase();
@@ -81,7 +84,7 @@ bool ZelDbConnection::execute(const QString &statement)
 {
     if (refuseBroken())
         return false;
-    noteChange();
+    noteMoleculesChange();
     QSqlQuery query(m_db);
     query.setForwardOnly(true);
     const bool ok = query.exec(statement);
@@ -97,7 +100,8 @@ bool ZelDbConnection::write(const QString &statement, const QVariantList &values
 {
     if (refuseBroken())
         return false;
-    noteChange();
+    if (ZelDbSchema::mayChangeMolecules(statement))
+        noteMoleculesChange();
     const std::shared_ptr<QSqlQuery> query = start(statement, values);
     if (!query)
         return false;
@@ -123,6 +127,20 @@ QStringList ZelDbConnection::column(const QString &statement, const QVariantList
     const bool ok = read(
         statement, values, [&](const QSqlQuery &row) { texts.append(row.value(0).toString()); });
     return ok ? texts : QStringList();
+}
+
+void ZelDbConnection::beginReading()
+{
+    if (++m_readers == 1)
+        m_reading = start(QStringLiteral("SELECT 1 FROM sqlite_master"), {});
+}
+
+void ZelDbConnection::endReading()
+{
+    if (--m_readers > 0 || !m_reading)
+        return;
+    m_reading->finish();
+    m_reading.reset();
 }
 
 std::shared_ptr<QSqlQuery> ZelDbConnection::start(
@@ -167,6 +185,7 @@ bool ZelDbConnection::finish(QSqlQuery *query, const QString &statement, const Q
 
 bool ZelDbConnection::fail(ZelDbSqlite::Error error, const QString &text)
 {
+    noteMoleculesChange(); // what was read meanwhile may lack what could not be read
     m_error = error;
     m_errorText = text;
     if (m_levels.isEmpty())
@@ -343,7 +362,7 @@ void ZelDbConnection::rollback(int level, int serial, bool forget)
 
 void ZelDbConnection::rollbackTop(bool forget)
 {
-    noteChange();
+    noteMoleculesChange();
     const auto undo = [this](const QString &statement) {
         // Fails only where SQLite has rolled back by itself already.
         QSqlQuery query(m_db);
@@ -373,10 +392,10 @@ void ZelDbConnection::rollbackTop(bool forget)
     }
 }
 
-void ZelDbConnection::noteChange()
+void ZelDbConnection::noteMoleculesChange()
 {
     static std::atomic<quint64> last = 0;
-    m_changeNumber = ++last;
+    m_moleculesNumber = ++last;
 }
 
 QStringList ZelDbConnection::failures(int level, int serial) const

@@ -80,8 +80,13 @@ public:
     int depth() const { return int(m_levels.size()); }
     QStringList failures(int level, int serial) const;
 
-    /// A number that no connection had before the last change through this one.
-    quint64 changeNumber() const { return m_changeNumber; }
+    /// From the first begin to the last end all statements see one state of the file, and the lock
+    /// for reading is taken once.
+    void beginReading();
+    void endReading();
+
+    /// A number that no connection had before molecules may have changed last through this one.
+    quint64 moleculesNumber() const { return m_moleculesNumber; }
 
     /// The greatest number handed out for a tag in this session, so that a rolled-back transaction
     /// does not hand it out again.
@@ -107,7 +112,7 @@ private:
     bool control(const QString &statement);
     bool refuseBroken();
     void rollbackTop(bool forget);
-    void noteChange();
+    void noteMoleculesChange();
 
     QString m_name;
     QString m_path;
@@ -115,6 +120,8 @@ private:
     int m_version = 0;
     QSqlDatabase m_db;
     QHash<QString, std::shared_ptr<QSqlQuery>> m_queries;
+    std::shared_ptr<QSqlQuery> m_reading; // an unfinished statement keeps the lock
+    int m_readers = 0;
     QList<Level> m_levels;
     int m_lastSerial = 0;
     /// SQLite may have ended the transaction by itself: nothing may be written until the outermost
@@ -122,7 +129,7 @@ private:
     bool m_broken = false;
     ZelDbSqlite::Error m_error = ZelDbSqlite::NoError;
     QString m_errorText;
-    quint64 m_changeNumber = 0;
+    quint64 m_moleculesNumber = 0;
     QHash<QString, qint64> m_handedOut;
     QHash<QPair<int, quint64>, QString> m_statementTexts;
 };

@@ -2,6 +2,9 @@
 
 #include "zelDb/ZelDbConnection.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 using Type = ZelDbColumnType;
@@ -308,6 +311,12 @@ QStringList recordStatements(const ZelDbKind &kind)
     + indexes + QStringList{trigger};
 }
 
+// What molecules are made of. Removing a record of another table takes along at most its own
+// references.
+constexpr QLatin1String moleculeTables[] = {QLatin1String("mol"), QLatin1String("mcp"),
+    QLatin1String("mcpState"), QLatin1String("mcpMcp"), QLatin1String("bst"),
+    QLatin1String("reference")};
+
 } // namespace
 
 const ZelDbColumnInfo *ZelDbKind::find(int column) const
@@ -340,6 +349,21 @@ const ZelDbKind *ZelDbSchema::kind(const QString &word)
             return &candidate;
     }
     return nullptr;
+}
+
+bool ZelDbSchema::mayChangeMolecules(const QString &statement)
+{
+    for (const QLatin1String start :
+        {QLatin1String("INSERT INTO "), QLatin1String("UPDATE "), QLatin1String("DELETE FROM ")}) {
+        if (!statement.startsWith(start))
+            continue;
+        const QStringView rest = QStringView(statement).sliced(start.size());
+        const QStringView table = rest.first(std::max<qsizetype>(rest.indexOf(u' '), 0));
+        return table.isEmpty()
+            || std::any_of(std::begin(moleculeTables), std::end(moleculeTables),
+                [table](QLatin1String name) { return table == name; });
+    }
+    return true;
 }
 
 QStringList ZelDbSchema::createStatements()

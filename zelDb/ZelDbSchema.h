@@ -57,6 +57,10 @@ std::span<const ZelDbKind> kinds();
 const ZelDbKind *kind(int type);
 const ZelDbKind *kind(const QString &word);
 
+/// Whether a writing statement may concern molecules, their parts or references: false only for
+/// one that plainly writes to another table.
+bool mayChangeMolecules(const QString &statement);
+
 /// The statements that make an empty model.
 QStringList createStatements();
 /// Lists "table.column" and the texts of triggers and views of a file.

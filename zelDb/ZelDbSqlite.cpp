@@ -124,7 +124,7 @@ int ZelDbSqlite::currentSchemaVersion()
     return ZelDbSchema::Version;
 }
 
-QByteArray ZelDbSqlite::contentStamp()
+QByteArray ZelDbSqlite::moleculesStamp()
 {
     if (!m_connection->isOpen())
         return {};
@@ -132,7 +132,7 @@ QByteArray ZelDbSqlite::contentStamp()
     const QVariant others = m_connection->value(QStringLiteral("PRAGMA data_version"));
     return others.isNull()
         ? QByteArray()
-        : QByteArray::number(m_connection->changeNumber()) + ' ' + others.toByteArray();
+        : QByteArray::number(m_connection->moleculesNumber()) + ' ' + others.toByteArray();
 }
 
 ZelDbSqlite::Error ZelDbSqlite::error() const

@@ -82,9 +82,10 @@ public:
     int schemaVersion() const;
     /// The schema version that this library writes.
     static int currentSchemaVersion();
-    /// Stands for what is stored: as long as it stays the same, so does every record, whoever
-    /// writes. Never the same for two files; empty when it cannot be told.
-    QByteArray contentStamp();
+    /// Stands for the stored molecules with their parts and references: as long as it stays the
+    /// same, so do they, whoever writes. Never the same for two files; empty when it cannot be
+    /// told.
+    QByteArray moleculesStamp();
     /// The last failure, here or in a model on this connection.
     Error error() const;
     QString errorText() const;
@@ -132,6 +133,7 @@ public:
     ZelDbConnection *openConnection();
 
 private:
+    friend class ZelDbReading;
     friend class ZelDbTransaction;
 
     bool openChecked(const QString &path, bool readOnly, const ZelDbMigrations &migrations);
@@ -167,4 +169,19 @@ private:
     int m_level = 0;
     int m_serial = 0;
     QStringList m_failures;
+};
+
+/// Keeps the file as it is during a load of many statements: all see one state of it, and its lock
+/// is taken once. Others cannot write meanwhile, so it must not outlive the load; they nest.
+class ZELDB_EXPORT ZelDbReading
+{
+public:
+    /// db may be null or closed: then nothing is kept.
+    explicit ZelDbReading(ZelDbSqlite *db);
+    ~ZelDbReading();
+    ZelDbReading(const ZelDbReading &) = delete;
+    ZelDbReading &operator=(const ZelDbReading &) = delete;
+
+private:
+    QPointer<ZelDbSqlite> m_db;
 };

@@ -14,6 +14,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 class ZelDbConnection;
 
@@ -237,9 +238,15 @@ public:
     bool utrInsert(const ZelDbRecord &record);
     bool utrRemove(const QString &utrPsiimId);
 
+    /// What a library above has read of this model and may use again while the database's
+    /// moleculesStamp() stays the same; it dies with the model.
+    const std::shared_ptr<void> &kept() const { return m_kept; }
+    void setKept(const std::shared_ptr<void> &kept) { m_kept = kept; }
+
     /// For the database library itself: null, with the failure noted, when no file is open.
     ZelDbConnection *openConnection() const;
 
 private:
     QPointer<ZelDbSqlite> m_db;
+    std::shared_ptr<void> m_kept;
 };

@@ -21,8 +21,8 @@ bool ZelDbSqliteModel::cpxRemove(const QString &cpxPsiimId)
 QList<QStringList> ZelDbSqliteModel::cpxGetArrayBstBst(const QString &cpxPsiimId) const
 {
     return rows(this,
-        "SELECT molPos1, bst1, molPos2, bst2 FROM cpxBstBst WHERE cpx = ? ORDER BY rowNumber", 4,
-        {cpxPsiimId});
+        "SELECT +molPos1, +bst1, +molPos2, +bst2 FROM cpxBstBst WHERE cpx = ? ORDER BY rowNumber",
+        4, {cpxPsiimId});
 }
 
 QHash<QStringList, QString> ZelDbSqliteModel::cpxGetBstBstNotes(const QString &cpxPsiimId) const
@@ -69,7 +69,7 @@ QStringList ZelDbSqliteModel::cpxGetCpxPsiimIdListAtMolCodeFromCpx(
 
 QStringList ZelDbSqliteModel::cpxGetListMolPsiimId(const QString &cpxPsiimId) const
 {
-    return column(this, "SELECT mol FROM cpxMol WHERE cpx = ? ORDER BY position", {cpxPsiimId});
+    return column(this, "SELECT +mol FROM cpxMol WHERE cpx = ? ORDER BY position", {cpxPsiimId});
 }
 
 bool ZelDbSqliteModel::cpxInsert(const QString &psiimId, const QString &shortName,

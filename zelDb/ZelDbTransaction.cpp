@@ -52,3 +52,15 @@ QStringList ZelDbTransaction::failures() const
         return m_db->m_connection->failures(m_level, m_serial);
     return m_failures;
 }
+
+ZelDbReading::ZelDbReading(ZelDbSqlite *db) : m_db(db && db->isOpen() ? db : nullptr)
+{
+    if (m_db)
+        m_db->m_connection->beginReading();
+}
+
+ZelDbReading::~ZelDbReading()
+{
+    if (m_db)
+        m_db->m_connection->endReading();
+}

@@ -171,12 +171,39 @@ private slots:
         QVERIFY(fresh.commit());
     }
 
-    void contentStampTellsChanges()
+    void readingKeepsOthersFromWritingUntilItEnds()
+    {
+        DbFixture f;
+        ZelDbSqlite otherFile;
+        QVERIFY(otherFile.open(f.path));
+        ZelDbSqliteModel other(&otherFile);
+        {
+            const ZelDbReading outer(&f.db);
+            {
+                const ZelDbReading inner(&f.db);
+                ZelDbTransaction saved(&f.db);
+                QVERIFY2(insertMol(f, "mol1") && saved.commit(), "its own connection may write");
+                ZelDbTransaction takenBack(&f.db);
+                QVERIFY(insertMol(f, "mol2"));
+            }
+            QVERIFY(!other.molInsert({{C::PsiimId, "mol3"}}));
+            QCOMPARE(otherFile.error(), ZelDbSqlite::Locked);
+        }
+        QVERIFY(other.molInsert({{C::PsiimId, "mol3"}}));
+        QCOMPARE(f.model.molGetListPsiimId(), (QStringList{"mol1", "mol3"}));
+
+        const ZelDbReading closed(&f.db);
+        f.db.close();
+        QVERIFY(f.db.open(f.path));
+        QVERIFY2(other.molRemove("mol3"), "a file that was closed meanwhile is free");
+    }
+
+    void moleculesStampTellsChanges()
     {
         DbFixture f;
         QList<QByteArray> seen;
         const auto isNew = [&f, &seen] {
-            const QByteArray stamp = f.db.contentStamp();
+            const QByteArray stamp = f.db.moleculesStamp();
             const bool known = stamp.isEmpty() || seen.contains(stamp);
             seen.append(stamp);
             return !known;
@@ -190,15 +217,21 @@ private slots:
             QVERIFY2(isNew(), "written");
         }
         QVERIFY2(isNew(), "taken back");
+        QVERIFY(!insertMol(f, ""));
+        QVERIFY2(isNew(), "failed: the reads about it may have failed, too");
+        QVERIFY(f.model.cpxInsert("cpx1", "c", {}, {}, {}, "f", {}, {}, {}));
+        QVERIFY2(!isNew(), "written to other records");
+        QVERIFY(f.model.refInsert("cpx", "cpx1", "r"));
+        QVERIFY2(isNew(), "references, whatever of");
 
         ZelDbSqlite other;
         QVERIFY(other.open(f.path));
         QVERIFY(ZelDbSqliteModel(&other).molInsert({{C::PsiimId, "mol1"}}));
         QVERIFY2(isNew(), "written by another connection");
-        QVERIFY2(!seen.contains(other.contentStamp()), "of another connection");
+        QVERIFY2(!seen.contains(other.moleculesStamp()), "of another connection");
 
         f.db.close();
-        QCOMPARE(f.db.contentStamp(), QByteArray());
+        QCOMPARE(f.db.moleculesStamp(), QByteArray());
         QVERIFY(f.db.open(f.path));
         QVERIFY2(isNew(), "opened again");
     }

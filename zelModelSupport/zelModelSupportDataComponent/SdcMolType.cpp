@@ -56,7 +56,7 @@ Shared readType(const QString &molPsiimId, const ZelDbSqliteModel *db)
 
 SdcMolType::Reader::Reader(ZelDbSqliteModel *db) : m_db(db)
 {
-    const QByteArray stamp = db && db->database() ? db->database()->contentStamp() : QByteArray();
+    const QByteArray stamp = db && db->database() ? db->database()->moleculesStamp() : QByteArray();
     m_isKept = !stamp.isEmpty();
     if (stamp != kept().stamp)
         kept() = {stamp, {}};
