@@ -13,7 +13,9 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
 #include <QPointer>
+#include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -55,6 +57,8 @@ void deleteItems(SdcMol *mol)
 }
 
 } // namespace
+
+using Change = std::function<bool(ZelDbSqliteModel &)>;
 
 class tst_SdcMolStorage : public ZelTest
 {
@@ -283,6 +287,69 @@ private slots:
         QVERIFY(scene.itemsBoundingRect().width() < 200.0);
         QVERIFY(mol.getSdcMcpAtIndex(0)->getTagDirectionCode() <= 4);
         QVERIFY(mol.getSdcMcpAtIndex(0)->getTagSize() >= 0.0);
+    }
+
+    /// Types are read once, but what anybody changes in the file is there in the next load.
+    void loadsFollowTheFile_data()
+    {
+        using M = ZelDbSqliteModel;
+        namespace C = ZelDbColumn;
+        const auto bst = [](M &m) { return m.bstGetListPsiimId().last(); };
+        rows<Change>({"change"},
+            {{"a colour", {[](M &m) {
+                  return m.molInsert({{C::PsiimId, "mol1"}, {C::Color, "red"}});
+              }}},
+                {"the drawing", {[](M &m) {
+                     return m.molInsert({{C::PsiimId, "mol1"}, {C::GraphicsInfo, ""}});
+                 }}},
+                {"a name", {[](M &m) {
+                     return m.mcpInsert({{C::PsiimId, "mcp1"}, {C::ShortName, "new"}});
+                 }}},
+                {"a feature more",
+                    {[](M &m) { return m.mcpInsertState("mcp1", "new", "red", 9); }}},
+                {"a feature less", {[](M &m) { return m.mcpStateRemove("mcpState1"); }}},
+                {"a site's note", {[bst](M &m) {
+                     return m.bstInsert({{C::PsiimId, bst(m)}, {C::Notes, "new"}});
+                 }}},
+                {"a site less", {[bst](M &m) { return m.bstRemove(bst(m)); }}},
+                {"a backbone line", {[](M &m) { return m.molInsertMcpMcp("mol1", 0, 2); }}},
+                {"a reference", {[](M &m) { return m.refInsert("mcp", "mcp2", "new"); }}}});
+    }
+    void loadsFollowTheFile()
+    {
+        QFETCH(Change, change);
+        QTemporaryDir dir;
+        ZelDbSqlite file;
+        ZelDbSqlite otherFile;
+        QVERIFY(file.create(dir.filePath("a.zel")) && otherFile.open(dir.filePath("a.zel")));
+        ZelDbSqliteModel db(&file);
+        ZelDbSqliteModel other(&otherFile);
+        const std::unique_ptr<SdcMol> mol(fullMolecule(&db));
+        QVERIFY(mol->saveToDb());
+        deleteItems(mol.get());
+        const auto load = [](ZelDbSqliteModel *model) {
+            SdcMol loaded(model);
+            return loaded.loadFromDb("mol1") ? ZelTree::text(&loaded) : QString();
+        };
+        const QString before = load(&db);
+        int asked = 0;
+        file.setStatementObserver([&asked](const QString &sql, const QVariantList &) {
+            asked += sql.contains(QLatin1String("FROM")) ? 1 : 0;
+        });
+        QCOMPARE(load(&db), before);
+        QCOMPARE(asked, 0);
+        {
+            ZelDbTransaction transaction(&file);
+            QVERIFY2(change(db), qPrintable(db.errorText()));
+            QVERIFY(load(&db) != before);
+        }
+        QCOMPARE(load(&db), before);
+        QCOMPARE(load(&other), before);
+        QVERIFY(change(other));
+        const QString after = load(&db);
+        QVERIFY(after != before);
+        QCOMPARE(load(&other), after);
+        takeDebugLines(); // of the missing drawing
     }
 
     void unknownMoleculeAndNoDatabase()

@@ -4,6 +4,7 @@
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxLoader.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
@@ -107,7 +108,8 @@ bool ZelSceneSideWindow::loadComplex(SdcCpx *cpx, const QString &psiimId)
     const SdcLayout layout = readLayout(
         cpx->getZelDbSqliteModel()->cpxGetHashInfo(psiimId).value(ZelDbColumn::GraphicsInfo),
         SdcType::Cpx, psiimId);
-    if (!cpx->loadLayout(psiimId, layout, this, offsetToOrigin(layout), false))
+    SdcMolType::Reader types(cpx->getZelDbSqliteModel());
+    if (!SdcCpxLoader(cpx, &types, this, offsetToOrigin(layout), false).load(psiimId, layout))
         return false;
     if (!layout.rect)
         moveToOrigin(cpx->getListSdcMcp());

@@ -65,7 +65,7 @@ public:
             return false;
         for (const QString &id : molIds) {
             m_mols.push_back({m_types.read(id), {}, {}});
-            if (!m_mols.back().type)
+            if (!m_mols.back().type || m_mols.back().type->isDamaged)
                 return false;
             m_mols.back().states.resize(static_cast<std::size_t>(m_mols.back().type->mcps.size()));
         }

@@ -235,6 +235,20 @@ QString Sdc::toSentence(const QString &reason)
     return sentence;
 }
 
+void Sdc::initProperties(const QList<std::pair<int, QString>> &properties)
+{
+    m_properties.reserve(m_properties.size() + static_cast<std::size_t>(properties.size()));
+    for (const auto &[key, value] : properties) {
+        if (key == SdcProperty::PsiimId)
+            m_psiimId = value;
+        else if (key == SdcProperty::ShortName) // there from the start
+            m_properties.front().second = value;
+        else
+            m_properties.emplace_back(key, value);
+    }
+    updateStandardItemText();
+}
+
 void Sdc::copyPropertiesTo(Sdc *target)
 {
     if (!target || target == this)

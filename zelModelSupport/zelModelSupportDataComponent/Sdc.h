@@ -206,6 +206,8 @@ public:
     /// Whether the property was ever set, be it to an empty text.
     bool hasProperty(int key) const;
     void clearProperties();
+    /// Sets properties of a component that was just made: nobody can listen yet, nothing is said.
+    void initProperties(const QList<std::pair<int, QString>> &properties);
     /// Kind 0: some feature is "Don't Care"; 1: some component is negated; 2: either.
     bool hasTagState(int kind);
     bool hasTagDontCare();

@@ -6,7 +6,6 @@
 
 class QDomElement;
 class ZelScene;
-struct SdcLayout;
 
 /// A complex species: molecules joined by bonds between their binding sites.
 ///
@@ -228,12 +227,9 @@ public slots:
 private:
     friend class SdcBst;
     friend class SdcBstBst;
-    friend class ZelSceneSideWindow;
     void forgetBond(SdcBstBst *bond);
     /// hasSdcBstBstCpx() for a bond of whatever kind.
     bool lists(const SdcBstBst *bond) const;
-    bool loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
-        const QPointF &refPos, bool limited);
     /// Rewrites the state code of an alias, which old shows as it was before the bonds changed.
     bool updateAlias(const QString &cpaPsiimId, SdcCpx *old);
 

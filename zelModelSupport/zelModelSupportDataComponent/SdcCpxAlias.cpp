@@ -6,6 +6,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxLoader.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
@@ -18,8 +19,9 @@
 namespace {
 
 /// The complex as its records have it, without a drawing; null when there is none.
-std::unique_ptr<SdcCpx> undrawn(const QString &cpxPsiimId, ZelDbSqliteModel *db)
+std::unique_ptr<SdcCpx> undrawn(const QString &cpxPsiimId, SdcMolType::Reader *types)
 {
+    ZelDbSqliteModel *const db = types->db();
     if (db->cpxGetHashInfo(cpxPsiimId).isEmpty())
         return nullptr;
     auto cpx = std::make_unique<SdcCpx>(db);
@@ -29,13 +31,12 @@ std::unique_ptr<SdcCpx> undrawn(const QString &cpxPsiimId, ZelDbSqliteModel *db)
         auto *const mol = new SdcMol(db);
         mol->setProperty(SdcProperty::PsiimId, molId);
         cpx->addSdcChild(mol, true);
-        const QStringList mcpIds = db->molGetListMcpPsiimId(molId);
-        for (const QString &mcpId : mcpIds) {
+        const std::shared_ptr<const SdcMolType> type = types->read(molId);
+        for (const SdcMolType::Mcp &mcpType : type ? type->mcps : QList<SdcMolType::Mcp>()) {
             auto *const mcp = new SdcMcp(db);
-            mcp->setProperty(SdcProperty::PsiimId, mcpId);
+            mcp->setProperty(SdcProperty::PsiimId, mcpType.psiimId);
             mol->addSdcMcp(mcp);
-            const QStringList bstIds = db->bstGetListPsiimIdBasedOnMcp(mcpId);
-            for (const QString &bstId : bstIds) {
+            for (const QString &bstId : mcpType.bstPsiimIds) {
                 auto *const bst = new SdcBst(db);
                 bst->setProperty(SdcProperty::PsiimId, bstId);
                 mcp->addSdcBst(bst);
@@ -144,20 +145,24 @@ bool SdcCpx::loadCpaFromDb(
                  << (db ? "no such alias" : "no database");
         return false;
     }
-    if (!loadCpxFromDb(record.value(ZelDbColumn::CpaCpx), scene, refPos, limited))
+    const ZelDbReading reading(db->database());
+    SdcMolType::Reader types(db);
+    if (!SdcCpxLoader(this, &types, scene, refPos, limited)
+             .loadAsStored(record.value(ZelDbColumn::CpaCpx)))
         return false;
     setProperty(SdcProperty::CpaPsiimId, cpaPsiimId);
     setProperty(SdcProperty::CpaShortName, record.value(ZelDbColumn::CpaShortName));
     setProperty(SdcProperty::CpaKey2, record.value(ZelDbColumn::CpaKey2));
     SdcCpxStateCode::apply(this, record.value(ZelDbColumn::CpaStateCode), true,
-        SdcCpxStateCode::MolPositions::FromOne);
+        SdcCpxStateCode::MolPositions::FromOne, &types);
     return true;
 }
 
 QStringList SdcCpx::getSplitRingCpxPsiimIds(
     const QString &cpxPsiimId, ZelDbSqliteModel *db, bool includeSelf)
 {
-    const std::unique_ptr<SdcCpx> self = db ? undrawn(cpxPsiimId, db) : nullptr;
+    SdcMolType::Reader types(db);
+    const std::unique_ptr<SdcCpx> self = db ? undrawn(cpxPsiimId, &types) : nullptr;
     if (!self)
         return {};
     QStringList ids;
@@ -168,7 +173,7 @@ QStringList SdcCpx::getSplitRingCpxPsiimIds(
     const qsizetype bondCount = self->getListSdcBstBstCpx().size();
     const QStringList others = db->cpxGetCpxPsiimIdListAtMolCodeFromCpx(cpxPsiimId, false);
     for (const QString &id : others) {
-        const std::unique_ptr<SdcCpx> other = undrawn(id, db);
+        const std::unique_ptr<SdcCpx> other = undrawn(id, &types);
         if (!other)
             continue;
         const qsizetype otherCount = other->getListSdcBstBstCpx().size();

@@ -6,7 +6,9 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMolType.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcXml.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcXmlScanner.h"
 
 #include <QDebug>
 #include <QHash>
@@ -19,6 +21,29 @@ namespace {
 constexpr QLatin1String OffSuffix("(-)");
 constexpr QLatin1String DontCareSuffix("(0)");
 
+/// The names of features as stored, by the place of their component in its molecule.
+class StoredNames
+{
+public:
+    explicit StoredNames(SdcMolType::Reader *types) : m_types(types) { }
+
+    QStringList of(SdcMcp *mcp)
+    {
+        const QString id = mcp->getPsiimId();
+        if (id.isEmpty() || !m_types->db())
+            return {};
+        SdcMol *const mol = mcp->getParentSdcMol();
+        const auto type = mol ? m_types->read(mol->getPsiimId()) : nullptr;
+        const qsizetype index = mcp->getPosIndex();
+        return type && index >= 0 && index < type->mcps.size() && type->mcps.at(index).psiimId == id
+            ? type->mcps.at(index).stateNames
+            : m_types->db()->mcpGetOrderedStateNames(id);
+    }
+
+private:
+    SdcMolType::Reader *m_types;
+};
+
 /// Reads a state code, then sets what it says: nothing when it is not well-formed.
 ///
 /// A code may name a part any number of times: the last time counts, so that each part is set once
@@ -26,8 +51,9 @@ constexpr QLatin1String DontCareSuffix("(0)");
 class Loader
 {
 public:
-    Loader(SdcCpx *cpx, const QString &code, SdcCpxStateCode::MolPositions positions)
-        : m_cpx(cpx), m_code(code), m_positions(positions)
+    Loader(SdcCpx *cpx, const QString &code, SdcCpxStateCode::MolPositions positions,
+        StoredNames *names)
+        : m_cpx(cpx), m_code(code), m_positions(positions), m_names(names)
     {
     }
 
@@ -38,29 +64,45 @@ public:
             refuse(reason);
             return;
         }
+        SdcXmlScanner scanner(m_code);
+        readWith(&scanner);
+        if (!scanner.isPlain() && !readInFull())
+            return;
+        apply();
+    }
+
+private:
+    bool readInFull()
+    {
+        m_found = {};
         QXmlStreamReader reader(m_code);
         // As a document without namespaces, in which a colon is part of the name.
         reader.setNamespaceProcessing(false);
-        if (SdcXml::readRoot(&reader)) {
-            while (SdcXml::readChild(&reader)) {
-                if (reader.qualifiedName() == u"mol" && !m_stopped)
-                    readMol(&reader);
-                else
-                    SdcXml::skipElement(&reader);
-            }
-        }
-        SdcXml::readToEnd(&reader);
+        readWith(&reader);
         if (reader.hasError()) {
             refuse(QStringLiteral("%1 (line %2, column %3)")
                        .arg(reader.errorString())
                        .arg(reader.lineNumber())
                        .arg(reader.columnNumber()));
-            return;
+            return false;
         }
-        apply();
+        return true;
     }
 
-private:
+    template <typename Reader>
+    void readWith(Reader *reader)
+    {
+        if (SdcXml::readRoot(reader)) {
+            while (SdcXml::readChild(reader)) {
+                if (reader->qualifiedName() == u"mol" && !m_found.stopped)
+                    readMol(reader);
+                else
+                    SdcXml::skipElement(reader);
+            }
+        }
+        SdcXml::readToEnd(reader);
+    }
+
     /// What the code says of one component.
     struct McpEntry
     {
@@ -75,6 +117,19 @@ private:
         QString molPsiimId;
         int molPos = 0;
         int mcpPos = 0;
+    };
+
+    /// What has been read so far.
+    struct Found
+    {
+        QList<McpEntry> entries;
+        QHash<SdcMcp *, qsizetype> entryOfMcp;
+        QList<SdcBst *> sites;
+        QHash<SdcBst *, BindingStatusType> statuses;
+        qsizetype unknownSites = 0;
+        QString firstUnknownSite;
+        bool stopped = false;
+        Missing missing;
     };
 
     static void refuse(const QString &reason)
@@ -98,12 +153,13 @@ private:
         return child ? child->toSdcMol() : nullptr;
     }
 
-    void readMol(QXmlStreamReader *reader)
+    template <typename Reader>
+    void readMol(Reader *reader)
     {
         const int molPos = reader->attributes().value(QLatin1String("pos")).toInt();
         SdcMol *const mol = molAt(molPos);
         while (SdcXml::readChild(reader)) {
-            if (reader->qualifiedName() != u"mcp" || m_stopped) {
+            if (reader->qualifiedName() != u"mcp" || m_found.stopped) {
                 SdcXml::skipElement(reader);
                 continue;
             }
@@ -113,21 +169,22 @@ private:
                 readMcp(reader, mol, mcp);
                 continue;
             }
-            m_stopped = true;
-            m_missing = {mol ? mol->getPsiimId() : QString(), molPos, mcpPos};
+            m_found.stopped = true;
+            m_found.missing = {mol ? mol->getPsiimId() : QString(), molPos, mcpPos};
             SdcXml::skipElement(reader);
         }
     }
 
-    void readMcp(QXmlStreamReader *reader, SdcMol *mol, SdcMcp *mcp)
+    template <typename Reader>
+    void readMcp(Reader *reader, SdcMol *mol, SdcMcp *mcp)
     {
-        const QXmlStreamAttributes attributes = reader->attributes();
-        auto at = m_entryOfMcp.constFind(mcp);
-        if (at == m_entryOfMcp.cend()) {
-            at = m_entryOfMcp.insert(mcp, m_entries.size());
-            m_entries.append({mcp, {}, {}});
+        const auto &attributes = reader->attributes(); // of a scanner, until the next element
+        auto at = m_found.entryOfMcp.constFind(mcp);
+        if (at == m_found.entryOfMcp.cend()) {
+            at = m_found.entryOfMcp.insert(mcp, m_found.entries.size());
+            m_found.entries.append({mcp, {}, {}});
         }
-        McpEntry &entry = m_entries[*at];
+        McpEntry &entry = m_found.entries[*at];
         if (const QStringView states = attributes.value(QLatin1String("states")); !states.isEmpty())
             entry.states = states.toString();
         entry.negation = attributes.value(QLatin1String("not")).toString();
@@ -138,20 +195,21 @@ private:
         }
     }
 
-    void readSite(const QXmlStreamAttributes &attributes, SdcMol *mol)
+    template <typename Attributes>
+    void readSite(const Attributes &attributes, SdcMol *mol)
     {
         const QString id = attributes.value(QLatin1String("id")).toString();
         SdcBst *const bst = sitesOf(mol).value(id);
         if (!bst) {
-            if (m_unknownSites++ == 0)
-                m_firstUnknownSite = id;
+            if (m_found.unknownSites++ == 0)
+                m_found.firstUnknownSite = id;
             return;
         }
         const QStringView status = attributes.value(QLatin1String("bindingStatus"));
-        const auto at = m_statuses.constFind(bst);
-        if (at == m_statuses.cend())
-            m_sites.append(bst);
-        m_statuses.insert(bst,
+        const auto at = m_found.statuses.constFind(bst);
+        if (at == m_found.statuses.cend())
+            m_found.sites.append(bst);
+        m_found.statuses.insert(bst,
             status == u"Bound"         ? BindingStatusBound
                 : status == u"Unbound" ? BindingStatusUnbound
                                        : BindingStatusUnspecified);
@@ -175,39 +233,29 @@ private:
 
     void apply()
     {
-        for (const McpEntry &entry : std::as_const(m_entries)) {
+        for (const McpEntry &entry : std::as_const(m_found.entries)) {
             if (!entry.states.isEmpty())
                 setStates(entry.mcp, entry.states);
             entry.mcp->setProperty(SdcProperty::Negation, entry.negation);
             entry.mcp->updateMcpNot();
         }
-        for (SdcBst *bst : std::as_const(m_sites))
-            bst->setBindingStatus(m_statuses.value(bst));
-        if (m_unknownSites > 0)
+        for (SdcBst *bst : std::as_const(m_found.sites))
+            bst->setBindingStatus(m_found.statuses.value(bst));
+        if (m_found.unknownSites > 0)
             qDebug() << "Error found at void SdcCpx::loadAliasMcpStateCode(const QString & "
                         "stateCode, bool loadBindingStatus): unknown binding sites"
-                     << m_unknownSites << "the first is" << m_firstUnknownSite;
-        if (m_stopped)
+                     << m_found.unknownSites << "the first is" << m_found.firstUnknownSite;
+        if (m_found.stopped)
             qDebug()
                 << "Error found at void SdcCpx::loadAliasMcpStateCode(const QString & stateCode)"
                 << m_cpx->getPsiimId() << m_cpx->getProperty(SdcProperty::CpaPsiimId)
-                << m_missing.molPsiimId << m_missing.molPos << m_missing.mcpPos;
-    }
-
-    const QStringList &namesOf(SdcMcp *mcp)
-    {
-        const QString id = mcp->getPsiimId();
-        const auto at = m_namesOfMcp.constFind(id);
-        if (at != m_namesOfMcp.cend())
-            return *at;
-        ZelDbSqliteModel *const db = m_cpx->getZelDbSqliteModel();
-        return *m_namesOfMcp.insert(id, db ? db->mcpGetOrderedStateNames(id) : QStringList());
+                << m_found.missing.molPsiimId << m_found.missing.molPos << m_found.missing.mcpPos;
     }
 
     // Parts belong to names by their place; the number in a part is not looked at.
     void setStates(SdcMcp *mcp, const QString &states)
     {
-        const QStringList &names = namesOf(mcp);
+        const QStringList names = m_names->of(mcp);
         if (names.isEmpty())
             return;
         const QList<QStringView> parts = QStringView(states).split(u';', Qt::SkipEmptyParts);
@@ -248,30 +296,34 @@ private:
     SdcCpxStateCode::MolPositions m_positions;
     bool m_loadBindingStatus = false;
 
-    QList<McpEntry> m_entries;
-    QHash<SdcMcp *, qsizetype> m_entryOfMcp;
-    QList<SdcBst *> m_sites;
-    QHash<SdcBst *, BindingStatusType> m_statuses;
+    StoredNames *m_names;
+    Found m_found;
     QHash<SdcMol *, QHash<QString, SdcBst *>> m_sitesOfMol;
-    QHash<QString, QStringList> m_namesOfMcp;
-    qsizetype m_unknownSites = 0;
-    QString m_firstUnknownSite;
-    bool m_stopped = false;
-    Missing m_missing;
 };
 
 } // namespace
 
 namespace SdcCpxStateCode {
 
-void apply(SdcCpx *cpx, const QString &stateCode, bool loadBindingStatus, MolPositions positions)
+void apply(SdcCpx *cpx, const QString &stateCode, bool loadBindingStatus, MolPositions positions,
+    SdcMolType::Reader *types)
 {
     if (!cpx)
         return;
-    cpx->setAllMcpStateType(ComponentStateDontCare, false);
+    if (!types) {
+        SdcMolType::Reader own(cpx->getZelDbSqliteModel());
+        apply(cpx, stateCode, loadBindingStatus, positions, &own);
+        return;
+    }
+    StoredNames names(types);
+    const QList<SdcMcp *> mcps = cpx->getListSdcMcp();
+    for (SdcMcp *mcp : mcps) {
+        mcp->setAllStickyState(ComponentStateDontCare);
+        mcp->updateStatePropertyFromSticky(names.of(mcp));
+    }
     cpx->setAllBstStatus(BindingStatusUnspecified);
     if (!stateCode.isEmpty())
-        Loader(cpx, stateCode, positions).read(loadBindingStatus);
+        Loader(cpx, stateCode, positions, &names).read(loadBindingStatus);
 }
 
 ComponentStateType stateOf(QStringView part)

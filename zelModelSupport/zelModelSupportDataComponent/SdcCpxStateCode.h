@@ -1,6 +1,7 @@
 #pragma once
 
 #include "zelDb/ZelDbTypes.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMolType.h"
 
 #include <QString>
 
@@ -17,8 +18,10 @@ enum class MolPositions {
 
 /// Resets all states and statuses, then sets those that the code names. What cannot be placed is
 /// reported; a missing component ends the loading. Codes come from files: their size and nesting
-/// are bounded, a text that is not well-formed changes nothing after the reset.
-void apply(SdcCpx *cpx, const QString &stateCode, bool loadBindingStatus, MolPositions positions);
+/// are bounded, a text that is not well-formed changes nothing after the reset. A load gives the
+/// reader that it has made the complex with.
+void apply(SdcCpx *cpx, const QString &stateCode, bool loadBindingStatus, MolPositions positions,
+    SdcMolType::Reader *types = nullptr);
 
 /// The state that one part of a component's states says.
 ComponentStateType stateOf(QStringView part);

@@ -7,9 +7,9 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxLoader.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcNewParts.h"
 
 #include <QDebug>
 
@@ -19,7 +19,6 @@
 
 namespace {
 
-constexpr double DefaultMolGap = 20.0; // between molecules that the layout does not mention
 constexpr char NoDatabase[] = "there is no open model to save it to";
 constexpr char NotConnected[] =
     "not all of its molecules are joined; draw the missing bonds or delete what does not belong "
@@ -330,20 +329,17 @@ bool SdcCpx::updateAlias(const QString &cpaPsiimId, SdcCpx *old)
 bool SdcCpx::loadDom(const QString &psiimId, const QDomElement &domEltCpx, ZelScene *scene,
     const QPointF &refPos, bool limited)
 {
-    return loadLayout(psiimId, SdcLayout::fromElement(domEltCpx), scene, refPos, limited);
+    SdcMolType::Reader types(getZelDbSqliteModel());
+    return SdcCpxLoader(this, &types, scene, refPos, limited)
+        .load(psiimId, SdcLayout::fromElement(domEltCpx));
 }
 
 bool SdcCpx::loadCpx(const QString &psiimId, const QString &graphicsInfo, ZelScene *scene,
     const QPointF &refPos, bool limited)
 {
-    QString error;
-    const SdcLayout layout = graphicsInfo.isEmpty()
-        ? SdcLayout()
-        : SdcLayout::fromXml(graphicsInfo, SdcType::Cpx, &error);
-    if (!error.isEmpty())
-        qDebug() << "Error found at bool SdcCpx::loadCpx(): the layout of" << psiimId
-                 << "is not readable, parts get default places:" << error;
-    if (!loadLayout(psiimId, layout, scene, refPos, limited))
+    SdcMolType::Reader types(getZelDbSqliteModel());
+    if (!SdcCpxLoader(this, &types, scene, refPos, limited)
+             .load(psiimId, SdcCpxLoader::readLayout(psiimId, graphicsInfo)))
         return false;
     updateBstBstCpx(scene, true);
     return true;
@@ -352,52 +348,8 @@ bool SdcCpx::loadCpx(const QString &psiimId, const QString &graphicsInfo, ZelSce
 bool SdcCpx::loadCpxFromDb(
     const QString &psiimId, ZelScene *scene, const QPointF &refPos, bool limited)
 {
-    const QString graphicsInfo =
-        ZelDbSqlite::getGraphicsInfo(cpxWord(), psiimId, getZelDbSqliteModel());
-    return loadCpx(psiimId, graphicsInfo, scene, refPos, limited);
-}
-
-bool SdcCpx::loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
-    const QPointF &refPos, bool limited)
-{
-    const auto report = [](const QString &id, const QString &what) {
-        qDebug() << "Error found at bool SdcCpx::loadDom():" << id << what;
-    };
     ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    const ZelDbRecord record = db ? db->cpxGetHashInfo(psiimId) : ZelDbRecord();
-    if (record.isEmpty()) {
-        report(psiimId, db ? QStringLiteral("no such complex") : QStringLiteral("no database"));
-        return false;
-    }
-    if (!layout.isNull() && layout.psiimId != psiimId)
-        report(psiimId, QLatin1String("has the layout of ") + layout.psiimId);
-    setProperty(SdcProperty::PsiimId, psiimId);
-    setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
-    setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
-    setProperty(SdcProperty::CpxText, record.value(ZelDbColumn::CpxText));
-    setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
-    setProperty(SdcProperty::References, db->refGetReferences(cpxWord(), psiimId));
-
-    const QPointF origin = refPos + layout.topLeft;
-    const SdcLayoutChildren layouts(layout, SdcType::Mol);
-    QRectF occupied;
-    SdcNewParts::Drawn drawn;
-    const QStringList molIds = db->cpxGetListMolPsiimId(psiimId);
-    for (qsizetype i = 0; i < molIds.size(); ++i) {
-        const SdcLayout &molLayout = layouts.find(molIds.at(i), static_cast<int>(i));
-        QPointF place = origin;
-        if (molLayout.isNull()) {
-            report(molIds.at(i), QStringLiteral("has no place in the layout"));
-            if (!occupied.isNull())
-                place = occupied.topRight() + QPointF(DefaultMolGap, 0.0);
-        }
-        auto *const mol = new SdcMol(db);
-        if (!mol->loadLayout(molIds.at(i), molLayout, scene, place, limited))
-            mol->setProperty(SdcProperty::PsiimId, molIds.at(i)); // it keeps its position
-        addSdcChild(mol, true);
-        occupied |= mol->getSdcSceneRectF();
-        drawn.emplace_back(mol, &molLayout);
-    }
-    SdcNewParts::settle(drawn);
-    return true;
+    const ZelDbReading reading(db ? db->database() : nullptr);
+    SdcMolType::Reader types(db);
+    return SdcCpxLoader(this, &types, scene, refPos, limited).loadAsStored(psiimId);
 }

@@ -190,6 +190,13 @@ SdcLayout SdcLayout::fromXml(const QString &xml, int sdcType, QString *error)
 
 SdcLayoutChildren::SdcLayoutChildren(const SdcLayout &parent, int sdcType)
 {
+    const auto isRegular = [&parent, sdcType](const SdcLayout &child) {
+        return child.sdcType == sdcType && child.posIndex == &child - parent.children.constData();
+    };
+    if (std::all_of(parent.children.cbegin(), parent.children.cend(), isRegular)) {
+        m_regular = &parent.children;
+        return;
+    }
     for (const SdcLayout &child : parent.children) {
         if (child.sdcType != sdcType)
             continue;
@@ -202,6 +209,8 @@ SdcLayoutChildren::SdcLayoutChildren(const SdcLayout &parent, int sdcType)
 const SdcLayout &SdcLayoutChildren::find(const QString &psiimId, int index) const
 {
     static const SdcLayout none;
+    if (m_regular)
+        return index >= 0 && index < m_regular->size() ? m_regular->at(index) : none;
     const SdcLayout *first = nullptr; // a multi-hash answers the last inserted first
     const auto [begin, end] = m_byPosIndex.equal_range(index);
     for (auto it = begin; it != end; ++it) {

@@ -48,6 +48,7 @@ public:
     const SdcLayout &find(const QString &psiimId, int index) const;
 
 private:
+    const QList<SdcLayout> *m_regular = nullptr; // when each stands at its position
     QMultiHash<int, const SdcLayout *> m_byPosIndex;
     QList<const SdcLayout *> m_inOrder;
 };

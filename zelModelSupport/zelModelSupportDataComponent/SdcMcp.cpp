@@ -244,16 +244,20 @@ QString SdcMcp::getMcpStateCode() const
 
 void SdcMcp::updateStatePropertyFromSticky()
 {
+    ZelDbSqliteModel *const db = m_zelEllipseItemMcp ? getZelDbSqliteModel() : nullptr;
+    updateStatePropertyFromSticky(
+        db && !getPsiimId().isEmpty() ? db->mcpGetOrderedStateNames(getPsiimId()) : QStringList());
+}
+
+void SdcMcp::updateStatePropertyFromSticky(const QStringList &storedNames)
+{
     if (!m_zelEllipseItemMcp)
         return;
-    if (ZelDbSqliteModel *db = getZelDbSqliteModel(); db && !getPsiimId().isEmpty()) {
-        const QStringList names = db->mcpGetOrderedStateNames(getPsiimId());
-        const QList<ZelRectItemMcpSticky *> list = getListSticky();
-        for (qsizetype i = 0; i < list.size() && i < names.size(); ++i) {
-            if (!list.at(i) || names.at(i).isEmpty() || names.at(i) == list.at(i)->getName())
-                continue;
-            qDebug() << "name = " << list.at(i)->getName() << ", and dbName = " << names.at(i);
-        }
+    const QList<ZelRectItemMcpSticky *> list = getListSticky();
+    for (qsizetype i = 0; i < list.size() && i < storedNames.size(); ++i) {
+        const QString &name = storedNames.at(i);
+        if (list.at(i) && !name.isEmpty() && name != list.at(i)->getName())
+            qDebug() << "name = " << list.at(i)->getName() << ", and dbName = " << name;
     }
     setProperty(SdcProperty::StateCode, getMcpStateCode());
 }

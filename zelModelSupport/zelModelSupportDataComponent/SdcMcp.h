@@ -59,6 +59,8 @@ public:
     /// Feature names joined with ";", Off followed by "(-)", Don't Care by "(0)".
     QString getMcpStateCode() const;
     void updateStatePropertyFromSticky();
+    /// As above, by who knows the names of the stored features: stickies of others are reported.
+    void updateStatePropertyFromSticky(const QStringList &storedNames);
     /// Makes the stickies those of the stored component type, in stored order, all On.
     void updateStickyFromDbAsActivated();
     void updateMcpNot();

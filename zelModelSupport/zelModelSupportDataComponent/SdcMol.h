@@ -81,7 +81,6 @@ public:
     void setAllMcpFeatureValue(ComponentStateType value) override;
 
 private:
-    friend class SdcCpx;
     friend class SdcMolLoader;
     friend class ZelSceneSideWindow;
 

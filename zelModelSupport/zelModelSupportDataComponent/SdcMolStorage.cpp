@@ -3,230 +3,24 @@
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelEllipseItemBst.h"
-#include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
-#include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMolLoader.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcNewParts.h"
-#include "zelShare/ZelShare.h"
 
-#include <QBrush>
 #include <QDebug>
 #include <QDomElement>
 
-#include <algorithm>
-
 namespace {
-
-// Where a component or site is drawn that the layout does not mention.
-constexpr double DefaultMcpWidth = 60.0;
-constexpr double DefaultMcpHeight = 40.0;
-constexpr double DefaultMcpGap = 10.0;
 
 QString withDefault(const QString &text, const char *defaultText)
 {
     return text.isEmpty() ? QLatin1String(defaultText) : text;
 }
-
-} // namespace
-
-/// One load of a molecule: what its steps share.
-class SdcMolLoader
-{
-public:
-    SdcMolLoader(SdcMol *mol, ZelDbSqliteModel *db, ZelScene *scene, bool limited)
-        : m_mol(mol), m_db(db), m_scene(scene), m_limited(limited)
-    {
-    }
-
-    bool load(const QString &psiimId, const SdcLayout &layout, const QPointF &refPos)
-    {
-        const ZelDbRecord record = m_db->molGetHashInfo(psiimId);
-        if (record.isEmpty()) {
-            report(psiimId, QStringLiteral("no such molecule"));
-            return false;
-        }
-        checkId(layout, psiimId);
-        setMolProperties(psiimId, record);
-        m_origin = refPos + layout.topLeft;
-        m_nextDefaultPlace = m_origin;
-
-        const SdcLayoutChildren layouts(layout, SdcType::Mcp);
-        const QStringList mcpIds = m_db->molGetListMcpPsiimId(psiimId);
-        SdcNewParts::Layouts gainedLayouts(m_mol, m_origin);
-        for (int i = 0; i < static_cast<int>(mcpIds.size()); ++i) {
-            const SdcLayout &own = layouts.find(mcpIds.at(i), i);
-            const std::optional<SdcLayout> gained =
-                own.isNull() && !layout.isNull() ? gainedLayouts.of(mcpIds.at(i), i) : std::nullopt;
-            loadMcp(mcpIds.at(i), gained ? *gained : own);
-        }
-        drawBackBones(psiimId);
-        return true;
-    }
-
-private:
-    void report(const QString &id, const QString &what) const
-    {
-        qDebug() << "Error found at void SdcMol::loadDom(const QDomElement & domEltMol, ZelScene * "
-                    "scene, const QPointF & refPos) "
-                 << id << what;
-    }
-
-    void checkId(const SdcLayout &layout, const QString &psiimId) const
-    {
-        if (!layout.isNull() && layout.psiimId != psiimId)
-            report(psiimId, layout.psiimId);
-    }
-
-    void setMolProperties(const QString &psiimId, const ZelDbRecord &record)
-    {
-        using namespace ZelDbColumn;
-        m_mol->setProperty(SdcProperty::PsiimId, record.value(PsiimId, psiimId));
-        m_mol->setProperty(SdcProperty::ShortName, record.value(ShortName));
-        m_mol->setProperty(SdcProperty::Name, record.value(Name));
-        m_mol->setProperty(SdcProperty::MolNumber16, record.value(MolNumber16));
-        m_mol->setProperty(SdcProperty::MolNumber18,
-            ZelShare::getScientificFormat(record.value(MolNumber18), 2, 10, false));
-        m_mol->setProperty(SdcProperty::MolNumber15, record.value(MolNumber15));
-        m_mol->setProperty(SdcProperty::Notes, record.value(Notes));
-        QColor color(record.value(Color));
-        if (!color.isValid())
-            color = m_mol->getMolDefaultColor();
-        m_mol->setProperty(SdcProperty::Color, color.name());
-        m_mol->m_color = color;
-        m_mol->setProperty(
-            SdcProperty::References, m_db->refGetReferences(QStringLiteral("mol"), psiimId));
-        m_mol->setProperty(SdcProperty::Location, record.value(Location));
-    }
-
-    void loadMcp(const QString &id, const SdcLayout &layout)
-    {
-        const ZelDbRecord record = m_db->mcpGetHashInfo(id);
-        checkId(layout, id);
-        auto *mcp = new SdcMcp(m_db);
-        mcp->setProperty(
-            SdcProperty::References, m_db->refGetReferences(QStringLiteral("mcp"), id));
-        if (layout.tagSizeAndGap) {
-            mcp->setTagSize(layout.tagSizeAndGap->first);
-            mcp->setTagGap(layout.tagSizeAndGap->second);
-        }
-        QRectF rect;
-        if (layout.rect) {
-            rect = layout.rect->translated(m_origin);
-        } else {
-            report(id, QStringLiteral("has no place in the layout"));
-            rect = QRectF(m_nextDefaultPlace, QSizeF(DefaultMcpWidth, DefaultMcpHeight));
-        }
-        m_nextDefaultPlace = rect.topRight() + QPointF(DefaultMcpGap, 0.0);
-
-        ZelEllipseItemMcp *const item = m_scene ? m_scene->addMcp(rect) : ZelScene::createMcp(rect);
-        if (!m_scene)
-            m_mol->m_itemsInNoScene.append(item);
-        item->setBrush(QBrush(m_mol->m_color, Qt::SolidPattern));
-        setNamedProperties(mcp, id, record);
-        mcp->setProperty(SdcProperty::Location, record.value(ZelDbColumn::Location));
-        mcp->setZelEllipseItemMcp(item);
-        m_mol->addSdcMcp(mcp);
-        loadTags(mcp, id);
-        loadSites(mcp, item, id, layout, rect);
-        // The item follows the component from here on: until now each step would have changed it.
-        item->setSdcMcp(mcp);
-        mcp->setTagDirectionCode(layout.tagDirectionCode);
-        item->updateLayoutOfListStateSticky(!layout.tagSizeAndGap);
-        item->slot_updateToolTips();
-    }
-
-    static void setNamedProperties(Sdc *sdc, const QString &id, const ZelDbRecord &record)
-    {
-        sdc->setProperty(SdcProperty::PsiimId, id);
-        sdc->setProperty(SdcProperty::ShortName, record.value(ZelDbColumn::ShortName));
-        sdc->setProperty(SdcProperty::Name, record.value(ZelDbColumn::Name));
-        sdc->setProperty(SdcProperty::Notes, record.value(ZelDbColumn::Notes));
-    }
-
-    void loadTags(SdcMcp *mcp, const QString &id)
-    {
-        QStringList names;
-        const QList<ZelDbState> states = m_db->mcpGetOrderedStates(id);
-        for (const ZelDbState &state : states) {
-            SdcMcpTag *const tag = mcp->addTag(state.name, state.color, false);
-            if (!tag)
-                continue;
-            tag->setProperty(SdcProperty::PsiimId, state.psiimId);
-            tag->setProperty(SdcProperty::References,
-                m_db->refGetReferences(QStringLiteral("mcpState"), state.psiimId));
-            names.append(state.name);
-        }
-        mcp->setProperty(SdcProperty::StateCode, names.join(u';'));
-    }
-
-    void loadSites(SdcMcp *mcp, ZelEllipseItemMcp *item, const QString &mcpId,
-        const SdcLayout &mcpLayout, const QRectF &mcpRect)
-    {
-        const SdcLayoutChildren layouts(mcpLayout, SdcType::Bst);
-        const QStringList ids = m_db->bstGetListPsiimIdBasedOnMcp(mcpId);
-        QList<QRectF> taken; // by the sites before
-        for (qsizetype i = 0; i < ids.size(); ++i) {
-            const QString &id = ids.at(i);
-            const SdcLayout &layout = layouts.find(id, static_cast<int>(i));
-            checkId(layout, id);
-            // One that the component has gained since it was drawn is no fault.
-            if (!layout.rect && !(layout.isNull() && mcpLayout.rect))
-                report(id, QStringLiteral("has no place in the layout"));
-            const QRectF rect = layout.rect ? layout.rect->translated(mcpRect.topLeft())
-                                            : SdcNewParts::siteRect(mcpRect, i, ids.size(), taken);
-            taken.append(rect);
-            ZelEllipseItemBst *const bstItem =
-                m_scene ? m_scene->addBst(rect, item) : ZelScene::createBst(rect, item);
-            bstItem->setBrush(QBrush(m_mol->m_color, Qt::SolidPattern));
-            auto *bst = new SdcBst(m_db);
-            bst->setProperty(
-                SdcProperty::References, m_db->refGetReferences(QStringLiteral("bst"), id));
-            setNamedProperties(bst, id, m_db->bstGetHashInfo(id));
-            bst->setZelEllipseItemBst(bstItem);
-            bstItem->setSdcBst(bst);
-            mcp->addSdcBst(bst);
-            bstItem->setAsLimited(m_limited);
-            bst->updateDisplayBstBindingStatus();
-        }
-    }
-
-    void drawBackBones(const QString &psiimId)
-    {
-        const QMultiHash<int, int> hash = m_db->molGetMultiHashMcpMcp(psiimId);
-        QList<QPair<int, int>> pairs;
-        for (auto it = hash.cbegin(); it != hash.cend(); ++it)
-            pairs.append({it.key(), it.value()});
-        std::sort(pairs.begin(), pairs.end()); // the hash has no order of its own
-        for (const auto &[a, b] : std::as_const(pairs)) {
-            SdcMcp *const mcpA = m_mol->getSdcMcpAtIndex(a);
-            SdcMcp *const mcpB = m_mol->getSdcMcpAtIndex(b);
-            if (!mcpA || !mcpB || mcpA == mcpB) {
-                report(psiimId, QStringLiteral("backbone %1-%2").arg(a).arg(b));
-                continue;
-            }
-            if (m_scene)
-                m_scene->drawBackBones(mcpA->getZelEllipseItemMcp(), mcpB->getZelEllipseItemMcp());
-            else
-                ZelScene::createBackBone(
-                    mcpA->getZelEllipseItemMcp(), mcpB->getZelEllipseItemMcp());
-        }
-    }
-
-    SdcMol *m_mol;
-    ZelDbSqliteModel *m_db;
-    ZelScene *m_scene;
-    bool m_limited;
-    QPointF m_origin;
-    QPointF m_nextDefaultPlace;
-};
-
-namespace {
 
 /// One save of a molecule. Every write is tried even after one has failed: the transaction's commit
 /// takes them all back.
@@ -420,26 +214,26 @@ bool SdcMol::loadDom(const QString &psiimId, const QDomElement &domEltMol, ZelSc
 
 bool SdcMol::loadFromDb(const QString &psiimId, ZelScene *scene)
 {
-    const QString text =
-        ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), psiimId, getZelDbSqliteModel());
-    QString error;
-    const SdcLayout layout =
-        text.isEmpty() ? SdcLayout() : SdcLayout::fromXml(text, SdcType::Mol, &error);
-    if (!error.isEmpty())
+    ZelDbSqliteModel *const db = getZelDbSqliteModel();
+    const ZelDbReading reading(db ? db->database() : nullptr);
+    SdcMolType::Reader types(db);
+    const std::shared_ptr<const SdcMolType> type = types.read(psiimId);
+    if (!type)
+        return loadLayout(psiimId, SdcLayout(), scene, QPointF(0.0, 0.0), false);
+    if (const QString &error = type->drawing().error; !error.isEmpty())
         qDebug() << "Error found at bool SdcMol::loadFromDb(): the layout of" << psiimId
                  << "is not readable, parts get default places:" << error;
-    return loadLayout(psiimId, layout, scene, QPointF(0.0, 0.0), false);
+    return SdcMolLoader(&types, scene, false)
+        .load(this, psiimId, type->drawing().layout, QPointF(0.0, 0.0));
 }
 
 bool SdcMol::loadLayout(const QString &psiimId, const SdcLayout &layout, ZelScene *scene,
     const QPointF &refPos, bool limited)
 {
-    ZelDbSqliteModel *const db = getZelDbSqliteModel();
-    if (!db) {
-        qDebug() << "Error found at void SdcMol::loadDom(const QDomElement & domEltMol, ZelScene * "
-                    "scene, const QPointF & refPos) "
-                 << psiimId << "no database";
+    SdcMolType::Reader types(getZelDbSqliteModel());
+    if (!types.db()) {
+        SdcMolLoader::report(psiimId, QStringLiteral("no database"));
         return false;
     }
-    return SdcMolLoader(this, db, scene, limited).load(psiimId, layout, refPos);
+    return SdcMolLoader(&types, scene, limited).load(this, psiimId, layout, refPos);
 }

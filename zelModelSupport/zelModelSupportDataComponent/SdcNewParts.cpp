@@ -1,12 +1,10 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcNewParts.h"
 
-#include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelItemGeometry.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 
@@ -24,13 +22,15 @@ constexpr int MostSettled = 200; // more than anybody adds: they stay beside the
 constexpr double Step = 5.0; // between two places for a component
 
 /// The component, among those before it, beside which it is drawn; -1 when it is the first.
-int neighbourOf(int mcpIndex, const QMultiHash<int, int> &backbones)
+int neighbourOf(int mcpIndex, const QList<QPair<int, int>> &backbones)
 {
-    for (int other = 0; other < mcpIndex; ++other) {
-        if (backbones.contains(mcpIndex, other) || backbones.contains(other, mcpIndex))
-            return other;
+    int neighbour = mcpIndex;
+    for (const auto &[a, b] : backbones) {
+        const int other = a == mcpIndex ? b : (b == mcpIndex ? a : mcpIndex);
+        if (other >= 0)
+            neighbour = std::min(neighbour, other);
     }
-    return mcpIndex - 1;
+    return neighbour < mcpIndex ? neighbour : mcpIndex - 1;
 }
 
 } // namespace
@@ -38,11 +38,11 @@ int neighbourOf(int mcpIndex, const QMultiHash<int, int> &backbones)
 std::optional<SdcLayout> SdcNewParts::Layouts::of(const QString &mcpPsiimId, int index)
 {
     if (!m_components)
-        readOwnDrawing();
+        m_components.emplace(m_type->drawing().layout, SdcType::Mcp);
     SdcLayout layout = m_components->find(mcpPsiimId, index);
     if (layout.psiimId != mcpPsiimId || !layout.rect)
         return std::nullopt;
-    const int neighbour = neighbourOf(index, m_backbones);
+    const int neighbour = neighbourOf(index, m_type->backbones);
     if (SdcMcp *beside = neighbour < 0 ? nullptr : m_mol->getSdcMcpAtIndex(neighbour)) {
         const SdcLayout &there = m_components->find(beside->getPsiimId(), neighbour);
         if (there.rect)
@@ -50,17 +50,6 @@ std::optional<SdcLayout> SdcNewParts::Layouts::of(const QString &mcpPsiimId, int
                 beside->getSdcSceneRectF().center() - m_origin - there.rect->center());
     }
     return layout;
-}
-
-void SdcNewParts::Layouts::readOwnDrawing()
-{
-    ZelDbSqliteModel *const db = m_mol->getZelDbSqliteModel();
-    const QString id = m_mol->getPsiimId();
-    QString error; // reported where the molecule itself is loaded
-    m_type = SdcLayout::fromXml(
-        ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), id, db), SdcType::Mol, &error);
-    m_components.emplace(m_type, SdcType::Mcp);
-    m_backbones = db->molGetMultiHashMcpMcp(id);
 }
 
 QRectF SdcNewParts::siteRect(

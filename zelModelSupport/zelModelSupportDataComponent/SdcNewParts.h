@@ -1,8 +1,7 @@
 #pragma once
 
-#include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
+#include "zelModelSupport/zelModelSupportDataComponent/SdcMolType.h"
 
-#include <QHash>
 #include <QList>
 #include <QPointF>
 #include <QRectF>
@@ -25,22 +24,21 @@ namespace SdcNewParts {
 class Layouts
 {
 public:
-    /// Coordinates are relative to the origin.
-    Layouts(SdcMol *mol, const QPointF &origin) : m_mol(mol), m_origin(origin) { }
-    Q_DISABLE_COPY_MOVE(Layouts)
+    /// Of a molecule that is being made of its type; coordinates are relative to the origin.
+    Layouts(SdcMol *mol, const SdcMolType *type, const QPointF &origin)
+        : m_mol(mol), m_type(type), m_origin(origin)
+    {
+    }
 
     /// To its neighbour, which is placed already, the component stands as in the molecule's own
     /// drawing. Nothing when that does not show it.
     std::optional<SdcLayout> of(const QString &mcpPsiimId, int index);
 
 private:
-    void readOwnDrawing();
-
     SdcMol *m_mol;
+    const SdcMolType *m_type;
     QPointF m_origin;
-    SdcLayout m_type; // the molecule's own drawing, once it was needed
-    std::optional<SdcLayoutChildren> m_components;
-    QMultiHash<int, int> m_backbones;
+    std::optional<SdcLayoutChildren> m_components; // once it was needed
 };
 
 /// A place on a component's rim for a site that its layout does not mention: the nearest, clockwise
