@@ -472,7 +472,12 @@ private slots:
         const auto equivalent = [&stage](const auto &cpx, bool self) {
             return SdcCpx::getEquivalentCpxPsiimIds(cpx->getPsiimId(), &stage.db, self);
         };
+        int built = 0;
+        stage.file.setStatementObserver([&built](const QString &sql, const QVariantList &) {
+            built += sql.contains(QLatin1String("FROM cpxBstBst")) ? 1 : 0;
+        });
         QCOMPARE(equivalent(ring, false), QStringList{chain->getPsiimId()});
+        QCOMPARE(built, 3); // each of the three once
         QCOMPARE(equivalent(otherChain, true), QStringList{otherChain->getPsiimId()});
         QCOMPARE(SdcCpx::getEquivalentCpxPsiimIds("cpx9", &stage.db, true), QStringList());
     }

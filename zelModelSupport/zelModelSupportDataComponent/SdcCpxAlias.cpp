@@ -188,16 +188,7 @@ QStringList SdcCpx::getSplitRingCpxPsiimIds(
 QStringList SdcCpx::getEquivalentCpxPsiimIds(
     const QString &cpxPsiimId, ZelDbSqliteModel *db, bool includeSelf)
 {
-    if (!db)
-        return {};
-    QStringList ids = getSplitRingCpxPsiimIds(cpxPsiimId, db, includeSelf);
-    const QStringList alike = db->cpxGetCpxPsiimIdListAtMolCodeFromCpx(cpxPsiimId, includeSelf);
-    for (const QString &id : alike) {
-        if (getSplitRingCpxPsiimIds(id, db, true).contains(cpxPsiimId))
-            ids.append(id);
-    }
-    ids.removeDuplicates();
-    if (!includeSelf)
-        ids.removeAll(cpxPsiimId);
-    return ids;
+    // What opens a ring of another is closed to one by it: each of the alike complexes that has
+    // this one among its relatives is among its own.
+    return getSplitRingCpxPsiimIds(cpxPsiimId, db, includeSelf);
 }
