@@ -1,9 +1,9 @@
 #include "apps/zelmodel/ZelModelCommand.h"
 #include "apps/zelmodel/ZelModelDetails.h"
 #include "apps/zelmodel/ZelModelRun.h"
-#include "apps/zelmodel/ZelModelSpecies.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
+#include "zelSpecies/Species.h"
 
 #include <QJsonObject>
 #include <QMap>

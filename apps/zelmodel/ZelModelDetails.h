@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/zelmodel/ZelModelCatalog.h"
 #include "apps/zelmodel/ZelModelKinds.h"
+#include "zelSpecies/MoleculeTypes.h"
 
 #include <QHash>
 #include <QString>

@@ -1,9 +1,9 @@
 #include "apps/zelmodel/ZelModelFilter.h"
 
 #include "apps/zelmodel/ZelModelRun.h"
-#include "apps/zelmodel/ZelModelSpecies.h"
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqliteModel.h"
+#include "zelSpecies/Species.h"
 
 #include <algorithm>
 

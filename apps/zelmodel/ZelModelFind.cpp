@@ -1,9 +1,9 @@
 #include "apps/zelmodel/ZelModelCommand.h"
 #include "apps/zelmodel/ZelModelRun.h"
-#include "apps/zelmodel/ZelModelSpecies.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
 #include "zelExchange/ZelBnglParser.h"
+#include "zelSpecies/Species.h"
 
 #include <QHash>
 #include <QJsonArray>

@@ -3,9 +3,9 @@
 #include "apps/zelmodel/ZelModelFilter.h"
 #include "apps/zelmodel/ZelModelKinds.h"
 #include "apps/zelmodel/ZelModelRun.h"
-#include "apps/zelmodel/ZelModelSpecies.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
+#include "zelSpecies/Species.h"
 
 #include <QJsonObject>
 

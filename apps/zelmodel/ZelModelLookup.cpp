@@ -1,10 +1,10 @@
 #include "apps/zelmodel/ZelModelLookup.h"
 
 #include "apps/zelmodel/ZelModelRun.h"
-#include "apps/zelmodel/ZelModelSpecies.h"
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/support/zgs.h"
+#include "zelSpecies/Species.h"
 
 #include <QRegularExpression>
 #include <QSet>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/zelmodel/ZelModelReportPlaces.h"
-#include "apps/zelmodel/ZelModelSpecies.h"
+#include "zelSpecies/Species.h"
 
 #include <QHash>
 #include <QString>

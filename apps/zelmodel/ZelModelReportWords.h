@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/zelmodel/ZelModelSpecies.h"
+#include "zelSpecies/Species.h"
 
 #include <QString>
 #include <QStringList>

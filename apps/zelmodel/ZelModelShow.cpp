@@ -2,9 +2,9 @@
 #include "apps/zelmodel/ZelModelDetails.h"
 #include "apps/zelmodel/ZelModelLookup.h"
 #include "apps/zelmodel/ZelModelRun.h"
-#include "apps/zelmodel/ZelModelSpecies.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
+#include "zelSpecies/Species.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

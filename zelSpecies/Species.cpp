@@ -1,4 +1,4 @@
-#include "apps/zelmodel/ZelModelSpecies.h"
+#include "zelSpecies/Species.h"
 
 #include "zelDb/ZelDbSqliteModel.h"
 

@@ -1,4 +1,4 @@
-#include "apps/zelmodel/ZelModelCatalog.h"
+#include "zelSpecies/MoleculeTypes.h"
 
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqliteModel.h"

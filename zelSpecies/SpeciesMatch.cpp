@@ -1,6 +1,6 @@
 // Whether a pattern holds of a species: a walk along the pattern's bonds that tries the copies of a
 // component in turn.
-#include "apps/zelmodel/ZelModelSpecies.h"
+#include "zelSpecies/Species.h"
 
 #include <utility>
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "apps/zelmodel/ZelModelCatalog.h"
 #include "zelDb/ZelDbTypes.h"
+#include "zelSpecies/MoleculeTypes.h"
+#include "zelSpecies/ZelSpeciesExport.h"
 
 #include <QByteArray>
 #include <QString>
@@ -12,7 +13,7 @@ class ZelDbSqliteModel;
 
 /// A species or pattern as plain data over a catalog, which must outlive it: molecules with their
 /// states, the statuses of their sites, and bonds.
-struct ZelModelSpecies
+struct ZELSPECIES_EXPORT ZelModelSpecies
 {
     static constexpr int None = -1;
     /// More molecules than this are shown by their number only and never compared.
@@ -65,7 +66,7 @@ struct ZelModelSpecies
 };
 
 /// Reads species of one model.
-class ZelModelSpeciesReader
+class ZELSPECIES_EXPORT ZelModelSpeciesReader
 {
 public:
     ZelModelSpeciesReader(const ZelModelCatalog &catalog, const ZelDbSqliteModel &db)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "zelSpecies/ZelSpeciesExport.h"
+
 #include <QHash>
 #include <QList>
 #include <QPair>
@@ -12,7 +14,7 @@ class ZelDbSqliteModel;
 
 /// The molecule types of a model with their parts, read once: everything that is said about
 /// species refers to them.
-class ZelModelCatalog
+class ZELSPECIES_EXPORT ZelModelCatalog
 {
 public:
     struct Part
