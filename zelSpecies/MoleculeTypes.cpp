@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace zel::species {
+
 namespace {
 
 /// A record that belongs to another one, at its place there.
@@ -35,10 +37,9 @@ bool readParts(const ZelDbSqliteModel &db, int type, PartsByOwner *parts)
     return true;
 }
 
-QList<ZelModelCatalog::Part> partsOf(
-    const PartsByOwner &parts, const QString &owner, int nameColumn)
+QList<MoleculeTypes::Part> partsOf(const PartsByOwner &parts, const QString &owner, int nameColumn)
 {
-    QList<ZelModelCatalog::Part> list;
+    QList<MoleculeTypes::Part> list;
     const QList<OwnedPart> owned = parts.value(owner);
     for (const OwnedPart &part : owned)
         list.append({part.record.value(ZelDbColumn::PsiimId), part.record.value(nameColumn),
@@ -46,15 +47,15 @@ QList<ZelModelCatalog::Part> partsOf(
     return list;
 }
 
-QStringList namesOf(const QList<ZelModelCatalog::Part> &parts)
+QStringList namesOf(const QList<MoleculeTypes::Part> &parts)
 {
     QStringList names;
-    for (const ZelModelCatalog::Part &part : parts)
+    for (const MoleculeTypes::Part &part : parts)
         names.append(part.name);
     return names;
 }
 
-QString mcpText(const ZelModelCatalog::Mcp &mcp, const QStringList &states)
+QString mcpText(const MoleculeTypes::Mcp &mcp, const QStringList &states)
 {
     QString text = mcp.title();
     for (const QString &state : states)
@@ -67,7 +68,7 @@ QString mcpText(const ZelModelCatalog::Mcp &mcp, const QStringList &states)
 }
 
 /// Whether two components of a molecule stand for one that it has several times.
-bool areCopies(const ZelModelCatalog::Mcp &a, const ZelModelCatalog::Mcp &b)
+bool areCopies(const MoleculeTypes::Mcp &a, const MoleculeTypes::Mcp &b)
 {
     return !a.name.isEmpty() && a.name == b.name && a.sites.size() == b.sites.size()
         && namesOf(a.states) == namesOf(b.states);
@@ -75,20 +76,20 @@ bool areCopies(const ZelModelCatalog::Mcp &a, const ZelModelCatalog::Mcp &b)
 
 } // namespace
 
-const ZelModelCatalog::Mcp &ZelModelCatalog::Mol::mcpOfSite(int site) const
+const MoleculeTypes::Mcp &MoleculeTypes::Mol::mcpOfSite(int site) const
 {
     const auto behind = std::upper_bound(mcps.begin(), mcps.end(), site,
         [](int wanted, const Mcp &mcp) { return wanted < mcp.firstSite; });
     return *std::prev(behind);
 }
 
-QString ZelModelCatalog::Mol::siteName(int site) const
+QString MoleculeTypes::Mol::siteName(int site) const
 {
     const Mcp &mcp = mcpOfSite(site);
     return mcp.sites.size() == 1 ? mcp.shortName : mcp.sites.at(site - mcp.firstSite).name;
 }
 
-QString ZelModelCatalog::Mol::structure() const
+QString MoleculeTypes::Mol::structure() const
 {
     QStringList texts;
     for (const Mcp &mcp : mcps)
@@ -96,7 +97,7 @@ QString ZelModelCatalog::Mol::structure() const
     return u'(' + texts.join(u',') + u')';
 }
 
-QString ZelModelCatalog::Mol::sortedStructure() const
+QString MoleculeTypes::Mol::sortedStructure() const
 {
     QStringList texts;
     for (const Mcp &mcp : mcps) {
@@ -108,7 +109,7 @@ QString ZelModelCatalog::Mol::sortedStructure() const
     return u'(' + texts.join(u',') + u')';
 }
 
-bool ZelModelCatalog::read(const ZelDbSqliteModel &db)
+bool MoleculeTypes::read(const ZelDbSqliteModel &db)
 {
     PartsByOwner mcps;
     PartsByOwner states;
@@ -137,7 +138,7 @@ bool ZelModelCatalog::read(const ZelDbSqliteModel &db)
     return good;
 }
 
-void ZelModelCatalog::number()
+void MoleculeTypes::number()
 {
     for (std::size_t m = 0; m < m_mols.size(); ++m) {
         Mol &mol = m_mols[m];
@@ -166,7 +167,7 @@ void ZelModelCatalog::number()
     }
 }
 
-void ZelModelCatalog::rename(const QHash<QString, QString> &names)
+void MoleculeTypes::rename(const QHash<QString, QString> &names)
 {
     m_molOfName.clear();
     for (std::size_t m = 0; m < m_mols.size(); ++m) {
@@ -175,19 +176,19 @@ void ZelModelCatalog::rename(const QHash<QString, QString> &names)
     }
 }
 
-const ZelModelCatalog::Mol *ZelModelCatalog::mol(const QString &id) const
+const MoleculeTypes::Mol *MoleculeTypes::mol(const QString &id) const
 {
     const auto at = m_molOfId.constFind(id);
     return at == m_molOfId.cend() ? nullptr : &m_mols[static_cast<std::size_t>(*at)];
 }
 
-const ZelModelCatalog::Mol *ZelModelCatalog::molNamed(const QString &name) const
+const MoleculeTypes::Mol *MoleculeTypes::molNamed(const QString &name) const
 {
     const auto at = m_molOfName.constFind(name);
     return at == m_molOfName.cend() ? nullptr : &m_mols[static_cast<std::size_t>(*at)];
 }
 
-QString ZelModelCatalog::siteTitle(const QString &id) const
+QString MoleculeTypes::siteTitle(const QString &id) const
 {
     const Site place = site(id);
     if (place.mol < 0)
@@ -195,3 +196,5 @@ QString ZelModelCatalog::siteTitle(const QString &id) const
     const Mol &mol = m_mols[static_cast<std::size_t>(place.mol)];
     return mol.name + u'.' + mol.siteName(place.site);
 }
+
+} // namespace zel::species

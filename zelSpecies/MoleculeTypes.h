@@ -12,9 +12,11 @@
 
 class ZelDbSqliteModel;
 
+namespace zel::species {
+
 /// The molecule types of a model with their parts, read once: everything that is said about
 /// species refers to them.
-class ZELSPECIES_EXPORT ZelModelCatalog
+class ZELSPECIES_EXPORT MoleculeTypes
 {
 public:
     struct Part
@@ -84,3 +86,5 @@ private:
     QHash<QString, int> m_molOfName;
     QHash<QString, Site> m_sites;
 };
+
+} // namespace zel::species

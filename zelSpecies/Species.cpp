@@ -1,17 +1,16 @@
 #include "zelSpecies/Species.h"
 
-#include "zelDb/ZelDbSqliteModel.h"
-
 #include <QCryptographicHash>
 #include <QSet>
-#include <QXmlStreamReader>
 
 #include <algorithm>
 
+namespace zel::species {
+
 namespace {
 
-using Mol = ZelModelSpecies::Mol;
-using Mcp = ZelModelCatalog::Mcp;
+using Mol = Species::Mol;
+using Mcp = MoleculeTypes::Mcp;
 using Colors = std::vector<QByteArray>;
 
 /// Rings of alike molecules need a start to be told apart; beyond this it takes too long.
@@ -43,7 +42,7 @@ QString statesText(const Mol &mol, const Mcp &mcp)
 class BondLabels
 {
 public:
-    QString label(int mol, int site, const ZelModelSpecies::Site &end)
+    QString label(int mol, int site, const Species::Site &end)
     {
         const auto own = std::pair(mol, site);
         const auto other = std::pair(end.partnerMol, end.partnerSite);
@@ -70,8 +69,8 @@ void appendText(QByteArray *to, const QByteArray &text)
 }
 
 /// What can be said of a component without saying which of its copies it is.
-QByteArray mcpColor(const ZelModelSpecies &species, const Mol &mol, const Mcp &mcp, bool withStates,
-    const Colors &colors)
+QByteArray mcpColor(
+    const Species &species, const Mol &mol, const Mcp &mcp, bool withStates, const Colors &colors)
 {
     QByteArray text;
     appendText(&text, mol.type->mcps[static_cast<std::size_t>(mcp.group)].shortName.toUtf8());
@@ -89,8 +88,8 @@ QByteArray mcpColor(const ZelModelSpecies &species, const Mol &mol, const Mcp &m
         text += mol.negated[static_cast<std::size_t>(&mcp - mol.type->mcps.data())] ? '-' : '+';
     }
     for (qsizetype i = 0; i < mcp.sites.size(); ++i) {
-        const ZelModelSpecies::Site &site = mol.sites[static_cast<std::size_t>(mcp.firstSite + i)];
-        if (site.partnerMol == ZelModelSpecies::None) {
+        const Species::Site &site = mol.sites[static_cast<std::size_t>(mcp.firstSite + i)];
+        if (site.partnerMol == Species::None) {
             text += withStates ? QByteArray::number(site.status) : QByteArray("0");
             continue;
         }
@@ -104,7 +103,7 @@ QByteArray mcpColor(const ZelModelSpecies &species, const Mol &mol, const Mcp &m
     return text;
 }
 
-Colors startColors(const ZelModelSpecies &species, bool withStates)
+Colors startColors(const Species &species, bool withStates)
 {
     Colors colors;
     for (const Mol &mol : species.mols) {
@@ -118,7 +117,7 @@ Colors startColors(const ZelModelSpecies &species, bool withStates)
 }
 
 /// Tells molecules apart by what is around them, as far as that goes.
-void refine(const ZelModelSpecies &species, bool withStates, Colors *colors)
+void refine(const Species &species, bool withStates, Colors *colors)
 {
     qsizetype known = 0;
     for (std::size_t round = 0; round <= species.mols.size(); ++round) {
@@ -154,7 +153,7 @@ QByteArray summary(Colors colors)
 
 } // namespace
 
-void ZelModelSpecies::addMol(const ZelModelCatalog::Mol *type)
+void Species::addMol(const MoleculeTypes::Mol *type)
 {
     Mol mol;
     mol.type = type;
@@ -164,7 +163,7 @@ void ZelModelSpecies::addMol(const ZelModelCatalog::Mol *type)
     mols.push_back(std::move(mol));
 }
 
-bool ZelModelSpecies::addBond(int mol1, int site1, int mol2, int site2)
+bool Species::addBond(int mol1, int site1, int mol2, int site2)
 {
     const auto end = [this](int mol, int site) -> Site * {
         if (mol < 0 || static_cast<std::size_t>(mol) >= mols.size())
@@ -184,7 +183,7 @@ bool ZelModelSpecies::addBond(int mol1, int site1, int mol2, int site2)
     return true;
 }
 
-int ZelModelSpecies::bondCount() const
+int Species::bondCount() const
 {
     int ends = 0;
     for (const Mol &mol : mols) {
@@ -194,7 +193,7 @@ int ZelModelSpecies::bondCount() const
     return ends / 2;
 }
 
-std::vector<ZelModelSpecies::Bond> ZelModelSpecies::bonds() const
+std::vector<Species::Bond> Species::bonds() const
 {
     std::vector<Bond> list;
     for (int m = 0; m < static_cast<int>(mols.size()); ++m) {
@@ -209,7 +208,7 @@ std::vector<ZelModelSpecies::Bond> ZelModelSpecies::bonds() const
     return list;
 }
 
-QString ZelModelSpecies::text() const
+QString Species::text() const
 {
     BondLabels labels;
     QStringList molTexts;
@@ -249,7 +248,7 @@ QString ZelModelSpecies::text() const
     return molTexts.join(u'.');
 }
 
-QByteArray ZelModelSpecies::identity(bool withStates) const
+QByteArray Species::identity(bool withStates) const
 {
     Colors colors = startColors(*this, withStates);
     refine(*this, withStates, &colors);
@@ -266,121 +265,4 @@ QByteArray ZelModelSpecies::identity(bool withStates) const
     return summary(std::move(views));
 }
 
-ZelModelSpecies ZelModelSpeciesReader::readComplex(const QString &cpxPsiimId)
-{
-    m_problems.clear();
-    ZelModelSpecies species;
-    const QStringList molIds = m_db.cpxGetListMolPsiimId(cpxPsiimId);
-    if (molIds.isEmpty()) {
-        m_problems.append(QStringLiteral("it has no molecules"));
-        return species;
-    }
-    if (molIds.size() > ZelModelSpecies::MaxMols) {
-        m_problems.append(QLatin1String("its %1 molecules are too many to be looked at")
-                              .arg(QString::number(molIds.size())));
-        return species;
-    }
-    for (const QString &molId : molIds) {
-        const ZelModelCatalog::Mol *const type = m_catalog.mol(molId);
-        if (!type) {
-            m_problems.append(QLatin1String("there is no molecule %1").arg(molId));
-            return {};
-        }
-        species.addMol(type);
-    }
-    const QList<QStringList> bonds = m_db.cpxGetArrayBstBst(cpxPsiimId);
-    for (const QStringList &bond : bonds) {
-        const ZelModelCatalog::Site site1 = m_catalog.site(bond.value(1));
-        const ZelModelCatalog::Site site2 = m_catalog.site(bond.value(3));
-        const auto belongs = [&](const QString &position, const ZelModelCatalog::Site &site) {
-            return site.mol >= 0
-                && m_catalog.mol(molIds.value(position.toInt()))
-                == &m_catalog.mols()[static_cast<std::size_t>(site.mol)];
-        };
-        if (!belongs(bond.value(0), site1) || !belongs(bond.value(2), site2)
-            || !species.addBond(
-                bond.value(0).toInt(), site1.site, bond.value(2).toInt(), site2.site)) {
-            m_problems.append(
-                QLatin1String("its bond of %1 and %2 joins no two free sites of its molecules")
-                    .arg(m_catalog.siteTitle(bond.value(1)), m_catalog.siteTitle(bond.value(3))));
-        }
-    }
-    return species;
-}
-
-ZelModelSpecies ZelModelSpeciesReader::readAlias(const ZelDbRecord &cpa)
-{
-    ZelModelSpecies species = readComplex(cpa.value(ZelDbColumn::CpaCpx));
-    applyStates(&species, cpa.value(ZelDbColumn::CpaStateCode));
-    const QString key2 = cpa.value(ZelDbColumn::CpaKey2);
-    const QStringList compartments = key2.split(u';');
-    if (!key2.isEmpty() && static_cast<std::size_t>(compartments.size()) == species.mols.size()) {
-        for (std::size_t m = 0; m < species.mols.size(); ++m)
-            species.mols[m].compartment = compartments.at(static_cast<qsizetype>(m));
-    }
-    return species;
-}
-
-void ZelModelSpeciesReader::applyStates(ZelModelSpecies *species, const QString &stateCode)
-{
-    const auto refuse = [this](const QString &problem) {
-        if (!m_problems.contains(problem))
-            m_problems.append(problem);
-    };
-    if (stateCode.isEmpty() || species->mols.empty())
-        return;
-    if (stateCode.contains(QLatin1String("<!"))) {
-        refuse(QStringLiteral("its state code is not readable"));
-        return;
-    }
-    QXmlStreamReader reader(stateCode);
-    ZelModelSpecies::Mol *mol = nullptr;
-    const Mcp *mcp = nullptr;
-    while (!reader.atEnd()) {
-        if (reader.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        const QXmlStreamAttributes attributes = reader.attributes();
-        const int place = attributes.value(QLatin1String("pos")).toInt() - 1;
-        const auto index = static_cast<std::size_t>(place);
-        if (reader.name() == u"mol") {
-            mol = place >= 0 && index < species->mols.size() ? &species->mols[index] : nullptr;
-            mcp = nullptr;
-            if (!mol)
-                refuse(QStringLiteral("its state code names a molecule that it does not have"));
-        } else if (reader.name() == u"mcp" && mol) {
-            mcp = place >= 0 && index < mol->type->mcps.size() ? &mol->type->mcps[index] : nullptr;
-            if (!mcp) {
-                refuse(QStringLiteral("its state code names a component that it does not have"));
-                continue;
-            }
-            mol->negated[index] = attributes.value(QLatin1String("not")) == u"1";
-            const QList<QStringView> states =
-                attributes.value(QLatin1String("states")).split(u';', Qt::SkipEmptyParts);
-            if (states.size() > mcp->states.size())
-                refuse(QStringLiteral("its state code names a feature that it does not have"));
-            for (qsizetype i = 0; i < std::min(states.size(), mcp->states.size()); ++i) {
-                mol->states[static_cast<std::size_t>(mcp->firstState + i)] =
-                    states.at(i).endsWith(QLatin1String("(-)"))   ? ComponentStateOff
-                    : states.at(i).endsWith(QLatin1String("(0)")) ? ComponentStateDontCare
-                                                                  : ComponentStateOn;
-            }
-        } else if (reader.name() == u"bst" && mol && mcp) {
-            const ZelModelCatalog::Site site =
-                m_catalog.site(attributes.value(QLatin1String("id")).toString());
-            if (site.mol < 0
-                || &m_catalog.mols()[static_cast<std::size_t>(site.mol)] != mol->type) {
-                refuse(QStringLiteral("its state code names a site that it does not have"));
-                continue;
-            }
-            ZelModelSpecies::Site &end = mol->sites[static_cast<std::size_t>(site.site)];
-            const QStringView status = attributes.value(QLatin1String("bindingStatus"));
-            if (end.partnerMol == ZelModelSpecies::None) {
-                end.status = status == u"Bound" ? BindingStatusBound
-                    : status == u"Unbound"      ? BindingStatusUnbound
-                                                : BindingStatusUnspecified;
-            }
-        }
-    }
-    if (reader.hasError())
-        refuse(QStringLiteral("its state code is not readable"));
-}
+} // namespace zel::species

@@ -9,11 +9,11 @@
 
 #include <vector>
 
-class ZelDbSqliteModel;
+namespace zel::species {
 
 /// A species or pattern as plain data over a catalog, which must outlive it: molecules with their
 /// states, the statuses of their sites, and bonds.
-struct ZELSPECIES_EXPORT ZelModelSpecies
+struct ZELSPECIES_EXPORT Species
 {
     static constexpr int None = -1;
     /// More molecules than this are shown by their number only and never compared.
@@ -28,7 +28,7 @@ struct ZELSPECIES_EXPORT ZelModelSpecies
 
     struct Mol
     {
-        const ZelModelCatalog::Mol *type = nullptr;
+        const MoleculeTypes::Mol *type = nullptr;
         std::vector<int> states; ///< ComponentStateType, counted over the molecule
         std::vector<char> negated; ///< by component
         std::vector<Site> sites; ///< counted over the molecule
@@ -46,7 +46,7 @@ struct ZELSPECIES_EXPORT ZelModelSpecies
     std::vector<Mol> mols;
 
     /// Adds a molecule of which everything is open.
-    void addMol(const ZelModelCatalog::Mol *type);
+    void addMol(const MoleculeTypes::Mol *type);
     /// False when a place does not exist or has a bond already.
     bool addBond(int mol1, int site1, int mol2, int site2);
     int bondCount() const;
@@ -62,29 +62,7 @@ struct ZELSPECIES_EXPORT ZelModelSpecies
     /// Whether all that the pattern, of the same catalog, says holds of this species; with `whole`,
     /// of which it then must be all molecules and bonds. Undecided after too many tries, it answers
     /// false.
-    bool isMatchedBy(const ZelModelSpecies &pattern, bool whole) const;
+    bool isMatchedBy(const Species &pattern, bool whole) const;
 };
 
-/// Reads species of one model.
-class ZELSPECIES_EXPORT ZelModelSpeciesReader
-{
-public:
-    ZelModelSpeciesReader(const ZelModelCatalog &catalog, const ZelDbSqliteModel &db)
-        : m_catalog(catalog), m_db(db)
-    {
-    }
-
-    /// A complex with everything open but its bonds.
-    ZelModelSpecies readComplex(const QString &cpxPsiimId);
-    /// An alias, of which complex, second key and state code must be given.
-    ZelModelSpecies readAlias(const ZelDbRecord &cpa);
-    /// What was wrong with the last one, one sentence each.
-    const QStringList &problems() const { return m_problems; }
-
-private:
-    void applyStates(ZelModelSpecies *species, const QString &stateCode);
-
-    const ZelModelCatalog &m_catalog;
-    const ZelDbSqliteModel &m_db;
-    QStringList m_problems;
-};
+} // namespace zel::species

@@ -4,10 +4,11 @@
 
 #include <utility>
 
+namespace zel::species {
+
 namespace {
 
-using Species = ZelModelSpecies;
-using Mcp = ZelModelCatalog::Mcp;
+using Mcp = MoleculeTypes::Mcp;
 
 constexpr int None = Species::None;
 constexpr int MaxTries = 200000;
@@ -166,9 +167,9 @@ private:
             return true;
         if (given.partnerMol == None || !placeMol(wanted.partnerMol, given.partnerMol, choice))
             return false;
-        const ZelModelCatalog::Mol &wantedType =
+        const MoleculeTypes::Mol &wantedType =
             *m_pattern.mols[static_cast<std::size_t>(wanted.partnerMol)].type;
-        const ZelModelCatalog::Mol &givenType =
+        const MoleculeTypes::Mol &givenType =
             *m_species.mols[static_cast<std::size_t>(given.partnerMol)].type;
         const Mcp &wantedMcp = wantedType.mcpOfSite(wanted.partnerSite);
         const Mcp &givenMcp = givenType.mcpOfSite(given.partnerSite);
@@ -243,10 +244,12 @@ private:
 
 } // namespace
 
-bool ZelModelSpecies::isMatchedBy(const ZelModelSpecies &pattern, bool whole) const
+bool Species::isMatchedBy(const Species &pattern, bool whole) const
 {
     if (pattern.mols.size() > mols.size()
         || (whole && (pattern.mols.size() != mols.size() || pattern.bondCount() != bondCount())))
         return false;
     return Matcher(pattern, *this).run();
 }
+
+} // namespace zel::species

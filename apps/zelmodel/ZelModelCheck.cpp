@@ -3,13 +3,17 @@
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
-#include "zelSpecies/Species.h"
+#include "zelSpecies/SpeciesReader.h"
 
 #include <QJsonObject>
 #include <QMap>
 #include <QSet>
 
 #include <algorithm>
+
+using zel::species::MoleculeTypes;
+using zel::species::Species;
+using zel::species::SpeciesReader;
 
 namespace {
 
@@ -62,7 +66,7 @@ private:
         QString id;
         QString name;
         bool isSpecies = false;
-        ZelModelSpecies species;
+        Species species;
     };
 
     void add(const char *check, const QString &id, const QString &text)
@@ -102,7 +106,7 @@ private:
 
 bool Checker::readSpecies()
 {
-    ZelModelSpeciesReader reader(m_details.catalog(), m_db);
+    SpeciesReader reader(m_details.catalog(), m_db);
     const auto report = [&](const char *what, const QString &id, const QString &name) {
         for (const QString &problem : reader.problems()) {
             add("references", id,
@@ -113,7 +117,7 @@ bool Checker::readSpecies()
     const bool readComplexes =
         m_db.visitRecords(ZelDb::Cpx, {C::ShortName}, [&](const ZelDbRecord &record) {
             const QString id = record.value(C::PsiimId);
-            const ZelModelSpecies species = reader.readComplex(id);
+            const Species species = reader.readComplex(id);
             report("complex", id, record.value(C::ShortName));
             if (!species.mols.empty())
                 sameComplexes[species.identity(false)].append(id);
@@ -186,9 +190,9 @@ bool Checker::checkNames()
 
 void Checker::checkParts()
 {
-    for (const ZelModelCatalog::Mol &mol : m_details.catalog().mols()) {
+    for (const MoleculeTypes::Mol &mol : m_details.catalog().mols()) {
         QMap<QString, QStringList> components;
-        for (const ZelModelCatalog::Mcp &mcp : mol.mcps)
+        for (const MoleculeTypes::Mcp &mcp : mol.mcps)
             components[mcp.shortName].append(mcp.id);
         checkNamesIn(QLatin1String("component of %1").arg(called(mol.id, mol.name)), components);
     }
@@ -196,12 +200,11 @@ void Checker::checkParts()
 
 QString Checker::siteKey(const QString &bst) const
 {
-    const ZelModelCatalog::Site site = m_details.catalog().site(bst);
+    const MoleculeTypes::Site site = m_details.catalog().site(bst);
     if (site.mol < 0)
         return bst;
-    const ZelModelCatalog::Mol &mol =
-        m_details.catalog().mols()[static_cast<std::size_t>(site.mol)];
-    const ZelModelCatalog::Mcp &mcp = mol.mcpOfSite(site.site);
+    const MoleculeTypes::Mol &mol = m_details.catalog().mols()[static_cast<std::size_t>(site.mol)];
+    const MoleculeTypes::Mcp &mcp = mol.mcpOfSite(site.site);
     return mol.mcps[static_cast<std::size_t>(mcp.group)].sites.value(site.site - mcp.firstSite).id;
 }
 
@@ -260,8 +263,8 @@ void Checker::checkSite(
     const auto alias = m_aliasOfId.constFind(cpa);
     if (alias == m_aliasOfId.cend() || m_aliases[*alias].species.mols.empty())
         return;
-    const std::vector<ZelModelSpecies::Mol> &mols = m_aliases[*alias].species.mols;
-    const ZelModelCatalog::Site site = m_details.catalog().site(bst);
+    const std::vector<Species::Mol> &mols = m_aliases[*alias].species.mols;
+    const MoleculeTypes::Site site = m_details.catalog().site(bst);
     const auto place = static_cast<std::size_t>(pos.toInt());
     if (site.mol < 0 || place >= mols.size()
         || mols[place].type != &m_details.catalog().mols()[static_cast<std::size_t>(site.mol)]) {
@@ -358,7 +361,7 @@ bool Checker::checkCompartments()
             QLatin1String("compartment %1: it surrounds itself.").arg(idList(circular)));
     }
     for (const Alias &alias : m_aliases) {
-        for (const ZelModelSpecies::Mol &mol : alias.species.mols) {
+        for (const Species::Mol &mol : alias.species.mols) {
             if (!mol.compartment.isEmpty() && !names.contains(mol.compartment)) {
                 add("references", alias.id,
                     QLatin1String("species %1: there is no compartment '%2'.")

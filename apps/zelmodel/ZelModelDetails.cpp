@@ -5,6 +5,8 @@
 
 #include <QJsonObject>
 
+using zel::species::MoleculeTypes;
+
 bool ZelModelDetails::prepare(const ZelModelKind &kind)
 {
     const bool needsAliases = kind.isReaction() || kind.type == ZelDb::Seed;
@@ -21,8 +23,8 @@ bool ZelModelDetails::prepare(const ZelModelKind &kind)
     }
     if (needsCatalog && !m_hasCatalog) {
         m_hasCatalog = m_catalog.read(m_db);
-        for (const ZelModelCatalog::Mol &mol : m_catalog.mols()) {
-            for (const ZelModelCatalog::Mcp &mcp : mol.mcps)
+        for (const MoleculeTypes::Mol &mol : m_catalog.mols()) {
+            for (const MoleculeTypes::Mcp &mcp : mol.mcps)
                 m_mcpNames.insert(mcp.id, mol.name + u'.' + mcp.shortName);
         }
     }
@@ -43,7 +45,7 @@ QString ZelModelDetails::aliasName(const QString &id) const
 
 QString ZelModelDetails::nameOf(const QString &id) const
 {
-    if (const ZelModelCatalog::Mol *const mol = m_catalog.mol(id))
+    if (const MoleculeTypes::Mol *const mol = m_catalog.mol(id))
         return mol->name;
     if (m_catalog.site(id).mol >= 0)
         return m_catalog.siteTitle(id);
@@ -55,7 +57,7 @@ QString ZelModelDetails::molNames(const QString &molCode) const
     QStringList names;
     const QStringList ids = molCode.split(u';', Qt::SkipEmptyParts);
     for (const QString &id : ids) {
-        const ZelModelCatalog::Mol *const mol = m_catalog.mol(id);
+        const MoleculeTypes::Mol *const mol = m_catalog.mol(id);
         names.append(mol ? mol->name : id);
     }
     return names.join(QLatin1String(" + "));
@@ -66,7 +68,7 @@ QString ZelModelDetails::ownerName(const ZelModelKind &kind, const ZelDbRecord &
     const QString owner = record.value(ZelDbColumn::OwnerPsiimId);
     if (kind.type != ZelDb::Mcp)
         return m_mcpNames.value(owner, owner);
-    const ZelModelCatalog::Mol *const mol = m_catalog.mol(owner);
+    const MoleculeTypes::Mol *const mol = m_catalog.mol(owner);
     return mol ? mol->name : owner;
 }
 
@@ -103,7 +105,7 @@ QString ZelModelDetails::summary(const ZelModelKind &kind, const ZelDbRecord &re
     };
     switch (kind.type) {
     case ZelDb::Mol: {
-        const ZelModelCatalog::Mol *const mol = m_catalog.mol(value(ZelDbColumn::PsiimId));
+        const MoleculeTypes::Mol *const mol = m_catalog.mol(value(ZelDbColumn::PsiimId));
         return mol ? mol->name + mol->structure() : QString();
     }
     case ZelDb::Mcp:

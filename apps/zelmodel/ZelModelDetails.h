@@ -17,7 +17,7 @@ public:
 
     /// Reads what the kind's records refer to, once for each. False when the database refused.
     bool prepare(const ZelModelKind &kind);
-    const ZelModelCatalog &catalog() const { return m_catalog; }
+    const zel::species::MoleculeTypes &catalog() const { return m_catalog; }
 
     /// The name; the id where there is none.
     QString title(const ZelModelKind &kind, const ZelDbRecord &record) const;
@@ -38,7 +38,7 @@ private:
     QString ownerName(const ZelModelKind &kind, const ZelDbRecord &record) const;
 
     const ZelDbSqliteModel &m_db;
-    ZelModelCatalog m_catalog;
+    zel::species::MoleculeTypes m_catalog;
     QHash<QString, QString> m_aliasNames;
     QHash<QString, QString> m_mcpNames; ///< "EGFR.SH2" by id
     bool m_hasCatalog = false;

@@ -3,7 +3,7 @@
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
-#include "zelSpecies/Species.h"
+#include "zelSpecies/SpeciesReader.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -12,6 +12,10 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+
+using zel::species::MoleculeTypes;
+using zel::species::Species;
+using zel::species::SpeciesReader;
 
 namespace {
 
@@ -71,7 +75,7 @@ public:
     bool prepare();
     bool read();
     /// Names may be changed before read().
-    ZelModelCatalog &catalog() { return m_catalog; }
+    MoleculeTypes &catalog() { return m_catalog; }
     const std::vector<Section> &sections() const { return m_sections; }
     Entries molecules() const;
 
@@ -84,7 +88,7 @@ private:
     QString siteTitle(const QString &bst) const;
 
     ZelDbSqliteModel &m_db;
-    ZelModelCatalog m_catalog;
+    MoleculeTypes m_catalog;
     ZelModelDetails m_details;
     QHash<QString, QByteArray> m_identity; ///< of aliases
     std::vector<Section> m_sections;
@@ -100,7 +104,7 @@ bool Side::prepare()
 Entries Side::molecules() const
 {
     Entries entries;
-    for (const ZelModelCatalog::Mol &mol : m_catalog.mols())
+    for (const MoleculeTypes::Mol &mol : m_catalog.mols())
         put(&entries, mol.name.toUtf8(), mol.name, mol.sortedStructure());
     return entries;
 }
@@ -118,12 +122,12 @@ bool Side::read()
 /// The same for all copies of a component.
 QString Side::siteTitle(const QString &bst) const
 {
-    const ZelModelCatalog::Site site = m_catalog.site(bst);
+    const MoleculeTypes::Site site = m_catalog.site(bst);
     if (site.mol < 0)
         return bst;
-    const ZelModelCatalog::Mol &mol = m_catalog.mols()[static_cast<std::size_t>(site.mol)];
-    const ZelModelCatalog::Mcp &mcp = mol.mcpOfSite(site.site);
-    const ZelModelCatalog::Mcp &first = mol.mcps[static_cast<std::size_t>(mcp.group)];
+    const MoleculeTypes::Mol &mol = m_catalog.mols()[static_cast<std::size_t>(site.mol)];
+    const MoleculeTypes::Mcp &mcp = mol.mcpOfSite(site.site);
+    const MoleculeTypes::Mcp &first = mol.mcps[static_cast<std::size_t>(mcp.group)];
     return mol.name + u'.' + mol.siteName(first.firstSite + site.site - mcp.firstSite);
 }
 
@@ -148,17 +152,17 @@ bool Side::readInteractions()
 
 bool Side::readSpecies()
 {
-    ZelModelSpeciesReader reader(m_catalog, m_db);
+    SpeciesReader reader(m_catalog, m_db);
     Entries complexes;
     Entries species;
     Entries patterns;
     const auto readComplex = [&](const ZelDbRecord &record) {
-        const ZelModelSpecies complex = reader.readComplex(record.value(C::PsiimId));
+        const Species complex = reader.readComplex(record.value(C::PsiimId));
         put(&complexes, complex.identity(false), complex.text(), QString());
         return true;
     };
     const auto readAlias = [&](const ZelDbRecord &record) {
-        const ZelModelSpecies alias = reader.readAlias(record);
+        const Species alias = reader.readAlias(record);
         const QByteArray identity = alias.identity(true);
         m_identity.insert(record.value(C::PsiimId), identity);
         const bool isSpecies = record.value(C::CpaWellDefined) == QLatin1String("1");
@@ -313,7 +317,7 @@ Differences compareMolecules(const Side &before, Side *after)
         const QString oldName = left.take(it->first()).title;
         const QString newName = right.take(others.first()).title;
         renamed.append({QLatin1String("renamed"), oldName, newName});
-        for (const ZelModelCatalog::Mol &mol : after->catalog().mols()) {
+        for (const MoleculeTypes::Mol &mol : after->catalog().mols()) {
             if (mol.name == newName)
                 newNames.insert(mol.id, oldName);
         }

@@ -3,9 +3,13 @@
 #include "apps/zelmodel/ZelModelRun.h"
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelSpecies/Species.h"
+#include "zelSpecies/SpeciesReader.h"
 
 #include <algorithm>
+
+using zel::species::MoleculeTypes;
+using zel::species::Species;
+using zel::species::SpeciesReader;
 
 namespace {
 
@@ -22,7 +26,7 @@ QRegularExpression namePattern(const QString &text)
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
 }
 
-bool isNamed(const ZelModelCatalog::Mcp &mcp, const QString &name)
+bool isNamed(const MoleculeTypes::Mcp &mcp, const QString &name)
 {
     return mcp.shortName == name || mcp.name == name;
 }
@@ -41,7 +45,7 @@ ZelModelFilter::ZelModelFilter(const ZelModelRun &run)
 }
 
 bool ZelModelFilter::prepare(
-    const ZelModelCatalog &catalog, const ZelDbSqliteModel &db, QString *reason)
+    const MoleculeTypes &catalog, const ZelDbSqliteModel &db, QString *reason)
 {
     if (!m_hasPart)
         return true;
@@ -53,26 +57,26 @@ bool ZelModelFilter::prepare(
     return false;
 }
 
-bool ZelModelFilter::findMcps(const ZelModelCatalog &catalog, QString *reason)
+bool ZelModelFilter::findMcps(const MoleculeTypes &catalog, QString *reason)
 {
     bool hasMol = false;
-    for (const ZelModelCatalog::Mol &mol : catalog.mols()) {
+    for (const MoleculeTypes::Mol &mol : catalog.mols()) {
         if (!m_mol.isEmpty() && mol.name != m_mol)
             continue;
         hasMol = true;
         QSet<QString> mcps;
         QSet<QString> sites;
         QSet<QString> states;
-        for (const ZelModelCatalog::Mcp &mcp : mol.mcps) {
+        for (const MoleculeTypes::Mcp &mcp : mol.mcps) {
             bool hasSite = m_site.isEmpty() || isNamed(mcp, m_site);
-            for (const ZelModelCatalog::Part &site : mcp.sites) {
+            for (const MoleculeTypes::Part &site : mcp.sites) {
                 if (m_site.isEmpty() || isNamed(mcp, m_site) || site.name == m_site) {
                     hasSite = true;
                     sites.insert(site.id);
                 }
             }
             bool hasState = m_state.isEmpty();
-            for (const ZelModelCatalog::Part &state : mcp.states) {
+            for (const MoleculeTypes::Part &state : mcp.states) {
                 if (!m_state.isEmpty()
                     && (state.name != m_state
                         || (!m_stateMcp.isEmpty() && !isNamed(mcp, m_stateMcp))))
@@ -103,33 +107,32 @@ bool ZelModelFilter::findMcps(const ZelModelCatalog &catalog, QString *reason)
     return false;
 }
 
-bool ZelModelFilter::isWanted(const ZelModelSpecies &species) const
+bool ZelModelFilter::isWanted(const Species &species) const
 {
-    return std::any_of(
-        species.mols.begin(), species.mols.end(), [this](const ZelModelSpecies::Mol &mol) {
-            if (!m_mols.contains(mol.type->id))
-                return false;
-            bool hasSite = m_site.isEmpty();
-            bool hasState = m_state.isEmpty();
-            for (const ZelModelCatalog::Mcp &mcp : mol.type->mcps) {
-                for (qsizetype i = 0; i < mcp.sites.size(); ++i)
-                    hasSite = hasSite
-                        || (m_sites.contains(mcp.sites.at(i).id)
-                            && mol.sites[static_cast<std::size_t>(mcp.firstSite + i)].status
-                                == BindingStatusBound);
-                for (qsizetype i = 0; i < mcp.states.size(); ++i)
-                    hasState = hasState
-                        || (m_states.contains(mcp.states.at(i).id)
-                            && mol.states[static_cast<std::size_t>(mcp.firstState + i)]
-                                == ComponentStateOn);
-            }
-            return hasSite && hasState;
-        });
+    return std::any_of(species.mols.begin(), species.mols.end(), [this](const Species::Mol &mol) {
+        if (!m_mols.contains(mol.type->id))
+            return false;
+        bool hasSite = m_site.isEmpty();
+        bool hasState = m_state.isEmpty();
+        for (const MoleculeTypes::Mcp &mcp : mol.type->mcps) {
+            for (qsizetype i = 0; i < mcp.sites.size(); ++i)
+                hasSite = hasSite
+                    || (m_sites.contains(mcp.sites.at(i).id)
+                        && mol.sites[static_cast<std::size_t>(mcp.firstSite + i)].status
+                            == BindingStatusBound);
+            for (qsizetype i = 0; i < mcp.states.size(); ++i)
+                hasState = hasState
+                    || (m_states.contains(mcp.states.at(i).id)
+                        && mol.states[static_cast<std::size_t>(mcp.firstState + i)]
+                            == ComponentStateOn);
+        }
+        return hasSite && hasState;
+    });
 }
 
-bool ZelModelFilter::findSpecies(const ZelModelCatalog &catalog, const ZelDbSqliteModel &db)
+bool ZelModelFilter::findSpecies(const MoleculeTypes &catalog, const ZelDbSqliteModel &db)
 {
-    ZelModelSpeciesReader reader(catalog, db);
+    SpeciesReader reader(catalog, db);
     const bool isAboutParts = !m_site.isEmpty() || !m_state.isEmpty();
     QSet<QString> candidates;
     const auto judgeComplex = [&](const ZelDbRecord &record) {

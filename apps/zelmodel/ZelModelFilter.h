@@ -9,7 +9,9 @@
 
 class ZelDbSqliteModel;
 class ZelModelRun;
-struct ZelModelSpecies;
+namespace zel::species {
+struct Species;
+}
 
 /// Chooses records by name, and by the molecule, site and state that they are about.
 class ZelModelFilter
@@ -21,15 +23,16 @@ public:
     bool isEmpty() const { return !m_hasName && !m_hasPart; }
     /// Looks up what must be known before records can be judged. False, with a reason, when a
     /// molecule, site or state is not of the model, or the database refused.
-    bool prepare(const ZelModelCatalog &catalog, const ZelDbSqliteModel &db, QString *reason);
+    bool prepare(
+        const zel::species::MoleculeTypes &catalog, const ZelDbSqliteModel &db, QString *reason);
     bool accepts(const ZelModelKind &kind, const ZelDbRecord &record) const;
 
 private:
     bool acceptsPart(const ZelModelKind &kind, const ZelDbRecord &record) const;
-    bool findMcps(const ZelModelCatalog &catalog, QString *reason);
-    bool findSpecies(const ZelModelCatalog &catalog, const ZelDbSqliteModel &db);
+    bool findMcps(const zel::species::MoleculeTypes &catalog, QString *reason);
+    bool findSpecies(const zel::species::MoleculeTypes &catalog, const ZelDbSqliteModel &db);
     bool findInteractions(const ZelDbSqliteModel &db);
-    bool isWanted(const ZelModelSpecies &species) const;
+    bool isWanted(const zel::species::Species &species) const;
 
     bool m_hasName = false;
     bool m_hasPart = false;

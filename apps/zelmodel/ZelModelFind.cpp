@@ -3,13 +3,17 @@
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
 #include "zelExchange/ZelBnglParser.h"
-#include "zelSpecies/Species.h"
+#include "zelSpecies/SpeciesReader.h"
 
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 
 #include <algorithm>
+
+using zel::species::MoleculeTypes;
+using zel::species::Species;
+using zel::species::SpeciesReader;
 
 namespace {
 
@@ -22,19 +26,19 @@ constexpr qsizetype LongestPattern = 1 << 20;
 class PatternReader
 {
 public:
-    explicit PatternReader(const ZelModelCatalog &catalog) : m_catalog(catalog) { }
+    explicit PatternReader(const MoleculeTypes &catalog) : m_catalog(catalog) { }
 
     /// False with a reason; isMisspelt() says whether the text or the model is to blame.
-    bool read(const QString &text, ZelModelSpecies *species);
+    bool read(const QString &text, Species *species);
     const QString &reason() const { return m_reason; }
     bool isMisspelt() const { return m_isMisspelt; }
 
 private:
     bool parse(const QString &text);
-    bool readMol(const ZelBnglMolecule &molecule, ZelModelSpecies *species);
-    bool readComponent(const ZelBnglComponent &component, quint32 index, ZelModelSpecies *species);
-    bool readState(const ZelBnglComponent &component, const ZelModelCatalog::Mcp &mcp,
-        ZelModelSpecies *species);
+    bool readMol(const ZelBnglMolecule &molecule, Species *species);
+    bool readComponent(const ZelBnglComponent &component, quint32 index, Species *species);
+    bool readState(
+        const ZelBnglComponent &component, const MoleculeTypes::Mcp &mcp, Species *species);
     QString name(quint32 number) const { return QString::fromUtf8(m_model.name(number)); }
     bool misspelt(const QString &reason)
     {
@@ -47,7 +51,7 @@ private:
         return false;
     }
 
-    const ZelModelCatalog &m_catalog;
+    const MoleculeTypes &m_catalog;
     ZelBnglModel m_model;
     std::vector<char> m_usedSites; ///< of the molecule that is read
     std::vector<char> m_usedMcps;
@@ -78,7 +82,7 @@ bool PatternReader::parse(const QString &text)
     return true;
 }
 
-bool PatternReader::read(const QString &text, ZelModelSpecies *species)
+bool PatternReader::read(const QString &text, Species *species)
 {
     if (!parse(text.trimmed()))
         return false;
@@ -108,9 +112,9 @@ bool PatternReader::read(const QString &text, ZelModelSpecies *species)
     return true;
 }
 
-bool PatternReader::readMol(const ZelBnglMolecule &molecule, ZelModelSpecies *species)
+bool PatternReader::readMol(const ZelBnglMolecule &molecule, Species *species)
 {
-    const ZelModelCatalog::Mol *const type = m_catalog.molNamed(name(molecule.name));
+    const MoleculeTypes::Mol *const type = m_catalog.molNamed(name(molecule.name));
     if (!type) {
         return refuse(QLatin1String("The model has no molecule '%1'; 'zelmodel list <model> "
                                     "molecules' shows those that it has.")
@@ -128,16 +132,16 @@ bool PatternReader::readMol(const ZelBnglMolecule &molecule, ZelModelSpecies *sp
 }
 
 bool PatternReader::readComponent(
-    const ZelBnglComponent &component, quint32 index, ZelModelSpecies *species)
+    const ZelBnglComponent &component, quint32 index, Species *species)
 {
-    ZelModelSpecies::Mol &mol = species->mols.back();
-    const ZelModelCatalog::Mol &type = *mol.type;
+    Species::Mol &mol = species->mols.back();
+    const MoleculeTypes::Mol &type = *mol.type;
     const QString wanted = name(component.name);
     // Copies of a component come one after the other; a site goes by its own name, too.
-    const ZelModelCatalog::Mcp *mcp = nullptr;
-    int site = ZelModelSpecies::None;
+    const MoleculeTypes::Mcp *mcp = nullptr;
+    int site = Species::None;
     for (std::size_t c = 0; c < type.mcps.size() && !mcp; ++c) {
-        const ZelModelCatalog::Mcp &candidate = type.mcps[c];
+        const MoleculeTypes::Mcp &candidate = type.mcps[c];
         if ((candidate.shortName == wanted || candidate.name == wanted) && !m_usedMcps[c]) {
             mcp = &candidate;
             m_usedMcps[c] = 1;
@@ -146,7 +150,7 @@ bool PatternReader::readComponent(
         }
     }
     for (int s = 0; s < type.siteCount && !mcp; ++s) {
-        const ZelModelCatalog::Mcp &candidate = type.mcpOfSite(s);
+        const MoleculeTypes::Mcp &candidate = type.mcpOfSite(s);
         if (candidate.sites.at(s - candidate.firstSite).name == wanted
             && !m_usedSites[static_cast<std::size_t>(s)]) {
             mcp = &candidate;
@@ -159,16 +163,16 @@ bool PatternReader::readComponent(
                           "is %1%3.")
                 .arg(type.name, wanted, type.structure()));
     }
-    if (component.bonds.count > 0 && site == ZelModelSpecies::None) {
+    if (component.bonds.count > 0 && site == Species::None) {
         return refuse(QLatin1String("The component '%1' of '%2' has not exactly one site; name the "
                                     "site instead ('zelmodel show <model> %2').")
                           .arg(wanted, type.name));
     }
     for (int s = 0; s < static_cast<int>(mcp->sites.size()); ++s) {
         const int number = mcp->firstSite + s;
-        if (site != ZelModelSpecies::None && number != site)
+        if (site != Species::None && number != site)
             continue;
-        ZelModelSpecies::Site &end = mol.sites[static_cast<std::size_t>(number)];
+        Species::Site &end = mol.sites[static_cast<std::size_t>(number)];
         end.status = BindingStatusUnbound;
         m_usedSites[static_cast<std::size_t>(number)] = 1;
         for (const ZelBnglBond &bond : ZelBnglModel::items(m_model.bonds, component.bonds)) {
@@ -181,15 +185,15 @@ bool PatternReader::readComponent(
 }
 
 bool PatternReader::readState(
-    const ZelBnglComponent &component, const ZelModelCatalog::Mcp &mcp, ZelModelSpecies *species)
+    const ZelBnglComponent &component, const MoleculeTypes::Mcp &mcp, Species *species)
 {
-    ZelModelSpecies::Mol &mol = species->mols.back();
+    Species::Mol &mol = species->mols.back();
     for (const quint32 number : ZelBnglModel::items(m_model.states, component.states)) {
         if (number < ZelBnglNames::FirstFree)
             continue; // any
         const QString wanted = name(number);
         const auto state = std::find_if(mcp.states.begin(), mcp.states.end(),
-            [&wanted](const ZelModelCatalog::Part &part) { return part.name == wanted; });
+            [&wanted](const MoleculeTypes::Part &part) { return part.name == wanted; });
         if (state == mcp.states.end()) {
             return refuse(QLatin1String("The component '%1' of '%2' has no state '%3'; it is %2%4.")
                               .arg(mcp.shortName, mol.type->name, wanted, mol.type->structure()));
@@ -226,23 +230,23 @@ struct Result
 };
 
 /// The complexes that are the pattern's molecules and bonds, and their aliases that it matches.
-bool search(ZelModelRun &run, const ZelModelCatalog &catalog, const ZelModelSpecies &pattern,
-    bool within, Result *result)
+bool search(ZelModelRun &run, const MoleculeTypes &catalog, const Species &pattern, bool within,
+    Result *result)
 {
-    ZelModelSpecies structure = pattern;
+    Species structure = pattern;
     QStringList molIds;
-    for (ZelModelSpecies::Mol &mol : structure.mols) {
+    for (Species::Mol &mol : structure.mols) {
         molIds.append(mol.type->id);
         mol.compartment.clear();
         std::fill(mol.states.begin(), mol.states.end(), int(ComponentStateDontCare));
-        for (ZelModelSpecies::Site &site : mol.sites) {
-            if (site.partnerMol == ZelModelSpecies::None)
+        for (Species::Site &site : mol.sites) {
+            if (site.partnerMol == Species::None)
                 site.status = BindingStatusUnspecified;
         }
     }
     molIds.sort();
     const QString molCode = molIds.join(u';');
-    ZelModelSpeciesReader reader(catalog, run.db());
+    SpeciesReader reader(catalog, run.db());
     QHash<QString, bool> isSame; // by complex, those that were looked at
     const auto judgeComplex = [&](const ZelDbRecord &record) {
         const QString id = record.value(ZelDbColumn::PsiimId);
@@ -257,7 +261,7 @@ bool search(ZelModelRun &run, const ZelModelCatalog &catalog, const ZelModelSpec
         const bool whole = isSame.contains(record.value(ZelDbColumn::CpaCpx));
         if (!whole && !within)
             return true;
-        const ZelModelSpecies species = reader.readAlias(record);
+        const Species species = reader.readAlias(record);
         const bool isNarrower = species.isMatchedBy(pattern, !within);
         const bool isWider = whole && pattern.isMatchedBy(species, true);
         if (isNarrower || isWider) {
@@ -302,7 +306,7 @@ bool hasExact(const Result &result)
         [](const Match &match) { return match.relation == Relation::Same; });
 }
 
-void writeJson(ZelModelRun &run, const ZelModelSpecies &pattern, const Result &result)
+void writeJson(ZelModelRun &run, const Species &pattern, const Result &result)
 {
     QJsonArray complexes;
     for (const ZelDbRecord &record : result.complexes)
@@ -345,11 +349,11 @@ int runFind(ZelModelRun &run)
 {
     if (!run.openModel(run.argument(0)))
         return ZelModelRun::Failed;
-    ZelModelCatalog catalog;
+    MoleculeTypes catalog;
     if (!catalog.read(run.db()))
         return run.fail(run.db().errorText());
     PatternReader reader(catalog);
-    ZelModelSpecies pattern;
+    Species pattern;
     if (!reader.read(run.argument(1), &pattern))
         return reader.isMisspelt() ? run.misuse(reader.reason()) : run.fail(reader.reason());
     Result result;

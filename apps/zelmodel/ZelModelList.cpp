@@ -5,9 +5,12 @@
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
-#include "zelSpecies/Species.h"
+#include "zelSpecies/SpeciesReader.h"
 
 #include <QJsonObject>
+
+using zel::species::MoleculeTypes;
+using zel::species::SpeciesReader;
 
 namespace {
 
@@ -133,7 +136,7 @@ private:
     ZelModelDetails &m_details;
     bool m_hasTitles;
     bool m_isJson;
-    ZelModelSpeciesReader m_reader;
+    SpeciesReader m_reader;
 };
 
 /// The kinds that a user names; empty for an unknown name.
@@ -168,7 +171,7 @@ int runList(ZelModelRun &run)
         if (!details.prepare(*kind))
             return run.fail(run.db().errorText());
     }
-    ZelModelCatalog catalog;
+    MoleculeTypes catalog;
     QString reason;
     if (!filter.isEmpty()
         && (!catalog.read(run.db()) || !filter.prepare(catalog, run.db(), &reason)))

@@ -4,7 +4,7 @@
 #include "zelDb/ZelDb.h"
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/support/zgs.h"
-#include "zelSpecies/Species.h"
+#include "zelSpecies/SpeciesReader.h"
 
 #include <QRegularExpression>
 #include <QSet>
@@ -13,6 +13,10 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+
+using zel::species::MoleculeTypes;
+using zel::species::Species;
+using zel::species::SpeciesReader;
 
 namespace {
 
@@ -126,11 +130,11 @@ public:
     }
 
 private:
-    bool isOnIn(const ZelModelSpecies &species) const
+    bool isOnIn(const Species &species) const
     {
         return std::any_of(
-            species.mols.begin(), species.mols.end(), [this](const ZelModelSpecies::Mol &mol) {
-                for (const ZelModelCatalog::Mcp &mcp : mol.type->mcps) {
+            species.mols.begin(), species.mols.end(), [this](const Species::Mol &mol) {
+                for (const MoleculeTypes::Mcp &mcp : mol.type->mcps) {
                     for (qsizetype i = 0; i < mcp.states.size(); ++i) {
                         if (mcp.states.at(i).id == m_id)
                             return mol.states[static_cast<std::size_t>(mcp.firstState + i)]
@@ -144,8 +148,8 @@ private:
     int m_type;
     QString m_id;
     QString m_name;
-    ZelModelCatalog m_catalog;
-    ZelModelSpeciesReader m_reader;
+    MoleculeTypes m_catalog;
+    SpeciesReader m_reader;
     QRegularExpression m_word;
 };
 

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using zel::species::MoleculeTypes;
+
 namespace {
 
 namespace C = ZelDbColumn;
@@ -108,7 +110,7 @@ QString ZelModelReportChapter::pageName(int part) const
         + QLatin1String(".html");
 }
 
-bool ZelModelReportPlaces::read(const ZelDbSqliteModel &db, const ZelModelCatalog &catalog)
+bool ZelModelReportPlaces::read(const ZelDbSqliteModel &db, const MoleculeTypes &catalog)
 {
     m_chapters = makeChapters();
     if (!db.visitRecords(ZelDb::Cpx, {C::CpxMolCode}, [this](const ZelDbRecord &record) {
@@ -221,7 +223,7 @@ void ZelModelReportPlaces::addNames(const QString &expression, int place)
 }
 
 bool ZelModelReportPlaces::readInteractions(
-    const ZelDbSqliteModel &db, const ZelModelCatalog &catalog)
+    const ZelDbSqliteModel &db, const MoleculeTypes &catalog)
 {
     return db.visitRecords(ZelDb::Mli, {}, [&](const ZelDbRecord &record) {
         const QString id = record.value(C::PsiimId);
@@ -241,9 +243,9 @@ bool ZelModelReportPlaces::readInteractions(
     });
 }
 
-int ZelModelReportPlaces::moleculeOf(const ZelModelCatalog &catalog, const QString &bst) const
+int ZelModelReportPlaces::moleculeOf(const MoleculeTypes &catalog, const QString &bst) const
 {
-    const ZelModelCatalog::Site site = catalog.site(bst);
+    const MoleculeTypes::Site site = catalog.site(bst);
     return site.mol < 0 ? None
                         : find(ZelDb::Mol, catalog.mols()[static_cast<std::size_t>(site.mol)].id);
 }

@@ -62,7 +62,7 @@ public:
     static constexpr int None = -1;
 
     /// False when the database refused.
-    bool read(const ZelDbSqliteModel &db, const ZelModelCatalog &catalog);
+    bool read(const ZelDbSqliteModel &db, const zel::species::MoleculeTypes &catalog);
 
     const std::vector<ZelModelReportChapter> &chapters() const { return m_chapters; }
     int size() const { return static_cast<int>(m_places.size()); }
@@ -78,7 +78,7 @@ public:
         return m_partners.value(bst);
     }
     /// The molecule of a site.
-    int moleculeOf(const ZelModelCatalog &catalog, const QString &bst) const;
+    int moleculeOf(const zel::species::MoleculeTypes &catalog, const QString &bst) const;
     /// The page and the anchor.
     QString href(int place) const;
     /// What is known only once the record was written.
@@ -92,7 +92,7 @@ private:
     void add(const ZelModelKind &kind, const ZelDbRecord &record, int chapter);
     void addUses(const ZelModelKind &kind, const ZelDbRecord &record, int place);
     void addNames(const QString &expression, int place);
-    bool readInteractions(const ZelDbSqliteModel &db, const ZelModelCatalog &catalog);
+    bool readInteractions(const ZelDbSqliteModel &db, const zel::species::MoleculeTypes &catalog);
     void use(int used, int user);
 
     std::vector<ZelModelReportChapter> m_chapters;

@@ -15,8 +15,8 @@ class ZelModelReportReaction
 {
 public:
     /// Everything must outlive it; the species' pages were written before.
-    ZelModelReportReaction(
-        ZelDbSqliteModel *db, const ZelModelCatalog &catalog, const ZelModelReportPlaces &places)
+    ZelModelReportReaction(ZelDbSqliteModel *db, const zel::species::MoleculeTypes &catalog,
+        const ZelModelReportPlaces &places)
         : m_db(db), m_catalog(catalog), m_places(places)
     {
     }
@@ -34,6 +34,6 @@ private:
     QString side(const QStringList &aliases, bool isWrittenOut) const;
 
     ZelDbSqliteModel *m_db;
-    const ZelModelCatalog &m_catalog;
+    const zel::species::MoleculeTypes &m_catalog;
     const ZelModelReportPlaces &m_places;
 };

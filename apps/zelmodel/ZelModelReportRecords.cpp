@@ -14,6 +14,9 @@
 
 #include <algorithm>
 
+using zel::species::MoleculeTypes;
+using zel::species::Species;
+
 namespace {
 
 namespace C = ZelDbColumn;
@@ -91,7 +94,7 @@ void ZelModelReportRecords::writeMolecule(
     ZelModelReportSheet *sheet, ZelModelReportPage *page, int place, const ZelDbRecord &record)
 {
     const ZelModelKind &kind = *m_places.at(place).kind;
-    const ZelModelCatalog::Mol *const mol = m_details.catalog().mol(record.value(C::PsiimId));
+    const MoleculeTypes::Mol *const mol = m_details.catalog().mol(record.value(C::PsiimId));
     sheet->picture(mol ? ZelModelReportWords::of(*mol) : QString());
     sheet->fact(QStringLiteral("Location"), record.value(C::Location));
     if (mol && !mol->mcps.empty()) {
@@ -103,13 +106,13 @@ void ZelModelReportRecords::writeMolecule(
 }
 
 void ZelModelReportRecords::writeComponents(
-    ZelModelReportSheet *sheet, ZelModelReportPage *page, const ZelModelCatalog::Mol &mol)
+    ZelModelReportSheet *sheet, ZelModelReportPage *page, const MoleculeTypes::Mol &mol)
 {
     sheet->openFact(QStringLiteral("Components"));
     page->open("table");
     page->headRow({"Component", "States", "Site", "May bind"});
     page->open("tbody");
-    for (const ZelModelCatalog::Mcp &mcp : mol.mcps) {
+    for (const MoleculeTypes::Mcp &mcp : mol.mcps) {
         const qsizetype rows = std::max<qsizetype>(1, mcp.sites.size());
         for (qsizetype i = 0; i < rows; ++i) {
             page->open("tr");
@@ -119,7 +122,7 @@ void ZelModelReportRecords::writeComponents(
                 page->name(mcp.shortName);
                 page->close();
                 page->open("td", {{"rowspan", span}});
-                for (const ZelModelCatalog::Part &state : mcp.states) {
+                for (const MoleculeTypes::Part &state : mcp.states) {
                     page->open("span", "state");
                     page->name(state.name);
                     page->close();
@@ -157,7 +160,7 @@ void ZelModelReportRecords::writePartners(
 
 /// What was noted of the molecule's parts, which have no entries of their own.
 void ZelModelReportRecords::writePartNotes(
-    ZelModelReportSheet *sheet, const ZelModelCatalog::Mol &mol)
+    ZelModelReportSheet *sheet, const MoleculeTypes::Mol &mol)
 {
     const auto write = [&](const char *word, const QString &name, const ZelDbRecord &record) {
         QString text = record.value(C::Notes);
@@ -168,15 +171,15 @@ void ZelModelReportRecords::writePartNotes(
         sheet->proseFact(QLatin1String("On ") + ZelModelText::shortened(name, LongestPartName),
             text + references);
     };
-    for (const ZelModelCatalog::Mcp &mcp : mol.mcps) {
+    for (const MoleculeTypes::Mcp &mcp : mol.mcps) {
         const ZelDbRecord record = m_db->mcpGetHashInfo(mcp.id);
         sheet->fact(
             QLatin1String("Location of ") + ZelModelText::shortened(mcp.shortName, LongestPartName),
             record.value(C::Location));
         write("mcp", mcp.shortName, record);
-        for (const ZelModelCatalog::Part &state : mcp.states)
+        for (const MoleculeTypes::Part &state : mcp.states)
             write("mcpState", state.name, m_db->mcpStateGetHashInfo(state.id));
-        for (const ZelModelCatalog::Part &site : mcp.sites)
+        for (const MoleculeTypes::Part &site : mcp.sites)
             write("bst", site.name, m_db->bstGetHashInfo(site.id));
     }
 }
@@ -211,7 +214,7 @@ void ZelModelReportRecords::writeSpecies(
     const ZelModelReportPlace &own = m_places.at(place);
     const bool isAlias = own.kind->type == ZelDb::Cpa;
     const QString complex = isAlias ? record.value(C::CpaCpx) : id;
-    const ZelModelSpecies species =
+    const Species species =
         isAlias ? m_reader.readAlias(m_db->cpaGetHashInfo(id)) : m_reader.readComplex(id);
     const ZelModelReportWords words(species);
     const QString text = species.text();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/zelmodel/ZelModelReportPlaces.h"
-#include "zelSpecies/Species.h"
+#include "zelSpecies/SpeciesReader.h"
 
 #include <QHash>
 #include <QString>
@@ -33,10 +33,10 @@ private:
     bool draw(int place, const ZelDbRecord &record);
     void writeMolecule(
         ZelModelReportSheet *sheet, ZelModelReportPage *page, int place, const ZelDbRecord &record);
-    void writeComponents(
-        ZelModelReportSheet *sheet, ZelModelReportPage *page, const ZelModelCatalog::Mol &mol);
+    void writeComponents(ZelModelReportSheet *sheet, ZelModelReportPage *page,
+        const zel::species::MoleculeTypes::Mol &mol);
     void writePartners(ZelModelReportSheet *sheet, ZelModelReportPage *page, const QString &site);
-    void writePartNotes(ZelModelReportSheet *sheet, const ZelModelCatalog::Mol &mol);
+    void writePartNotes(ZelModelReportSheet *sheet, const zel::species::MoleculeTypes::Mol &mol);
     void writeInteraction(
         ZelModelReportSheet *sheet, ZelModelReportPage *page, int place, const ZelDbRecord &record);
     void writeSpecies(ZelModelReportSheet *sheet, int place, const ZelDbRecord &record);
@@ -46,7 +46,7 @@ private:
     ZelModelReportPlaces &m_places;
     ZelModelReportFolder &m_folder;
     ZelModelReportSearch &m_search;
-    ZelModelSpeciesReader m_reader;
+    zel::species::SpeciesReader m_reader;
     QHash<QString, QString> m_complexNotes;
     QStringList m_faulty;
 };

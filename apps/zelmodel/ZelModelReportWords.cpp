@@ -2,6 +2,9 @@
 
 #include <QHash>
 
+using zel::species::MoleculeTypes;
+using zel::species::Species;
+
 namespace {
 
 QString sentence(const QString &title, const QStringList &parts)
@@ -13,10 +16,10 @@ QString sentence(const QString &title, const QStringList &parts)
 
 } // namespace
 
-ZelModelReportWords::ZelModelReportWords(const ZelModelSpecies &species)
+ZelModelReportWords::ZelModelReportWords(const Species &species)
     : m_species(species), m_numbers(species.mols.size(), 0)
 {
-    QHash<const ZelModelCatalog::Mol *, int> counts;
+    QHash<const MoleculeTypes::Mol *, int> counts;
     for (std::size_t m = 0; m < species.mols.size(); ++m)
         m_numbers[m] = ++counts[species.mols[m].type];
     for (std::size_t m = 0; m < species.mols.size(); ++m) {
@@ -42,13 +45,13 @@ QString ZelModelReportWords::siteTitle(int mol, int site) const
 QStringList ZelModelReportWords::molecules() const
 {
     QStringList texts;
-    std::vector<const ZelModelCatalog::Mol *> types;
-    QHash<const ZelModelCatalog::Mol *, int> counts;
-    for (const ZelModelSpecies::Mol &mol : m_species.mols) {
+    std::vector<const MoleculeTypes::Mol *> types;
+    QHash<const MoleculeTypes::Mol *, int> counts;
+    for (const Species::Mol &mol : m_species.mols) {
         if (++counts[mol.type] == 1)
             types.push_back(mol.type);
     }
-    for (const ZelModelCatalog::Mol *const type : types) {
+    for (const MoleculeTypes::Mol *const type : types) {
         const int count = counts.value(type);
         texts.append(count == 1 ? type->name : QString::number(count) + u' ' + type->name);
     }
@@ -59,9 +62,9 @@ QStringList ZelModelReportWords::states() const
 {
     QStringList texts;
     for (std::size_t m = 0; m < m_species.mols.size(); ++m) {
-        const ZelModelSpecies::Mol &mol = m_species.mols[m];
+        const Species::Mol &mol = m_species.mols[m];
         for (std::size_t c = 0; c < mol.type->mcps.size(); ++c) {
-            const ZelModelCatalog::Mcp &mcp = mol.type->mcps[c];
+            const MoleculeTypes::Mcp &mcp = mol.type->mcps[c];
             QStringList on;
             QStringList off;
             for (qsizetype i = 0; i < mcp.states.size(); ++i) {
@@ -87,7 +90,7 @@ QStringList ZelModelReportWords::states() const
 QStringList ZelModelReportWords::bonds() const
 {
     QStringList texts;
-    for (const ZelModelSpecies::Bond &bond : m_species.bonds()) {
+    for (const Species::Bond &bond : m_species.bonds()) {
         texts.append(siteTitle(bond.mol1, bond.site1) + QStringLiteral(" \u2013 ")
             + siteTitle(bond.mol2, bond.site2));
     }
@@ -98,9 +101,9 @@ QStringList ZelModelReportWords::sitesOf(int status) const
 {
     QStringList texts;
     for (std::size_t m = 0; m < m_species.mols.size(); ++m) {
-        const std::vector<ZelModelSpecies::Site> &sites = m_species.mols[m].sites;
+        const std::vector<Species::Site> &sites = m_species.mols[m].sites;
         for (std::size_t s = 0; s < sites.size(); ++s) {
-            if (sites[s].partnerMol == ZelModelSpecies::None && sites[s].status == status)
+            if (sites[s].partnerMol == Species::None && sites[s].status == status)
                 texts.append(siteTitle(static_cast<int>(m), static_cast<int>(s)));
         }
     }
@@ -139,12 +142,12 @@ QString ZelModelReportWords::drawing() const
         + sentence(QStringLiteral("Free sites"), freeSites());
 }
 
-QString ZelModelReportWords::of(const ZelModelCatalog::Mol &mol)
+QString ZelModelReportWords::of(const MoleculeTypes::Mol &mol)
 {
     QStringList components;
-    for (const ZelModelCatalog::Mcp &mcp : mol.mcps) {
+    for (const MoleculeTypes::Mcp &mcp : mol.mcps) {
         QStringList states;
-        for (const ZelModelCatalog::Part &state : mcp.states)
+        for (const MoleculeTypes::Part &state : mcp.states)
             states.append(state.name);
         QString text = mcp.shortName;
         if (!states.isEmpty())

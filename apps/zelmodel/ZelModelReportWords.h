@@ -10,7 +10,7 @@ class ZelModelReportWords
 {
 public:
     /// The species must outlive it.
-    explicit ZelModelReportWords(const ZelModelSpecies &species);
+    explicit ZelModelReportWords(const zel::species::Species &species);
 
     /// "EGF", "2 EGFR".
     QStringList molecules() const;
@@ -25,13 +25,13 @@ public:
     /// All of it, for a picture's alternative text.
     QString drawing() const;
 
-    static QString of(const ZelModelCatalog::Mol &mol);
+    static QString of(const zel::species::MoleculeTypes::Mol &mol);
 
 private:
     QString molTitle(int mol) const;
     QString siteTitle(int mol, int site) const;
     QStringList sitesOf(int status) const;
 
-    const ZelModelSpecies &m_species;
+    const zel::species::Species &m_species;
     std::vector<int> m_numbers; ///< among the molecules of the type; 0 when it is the only one
 };

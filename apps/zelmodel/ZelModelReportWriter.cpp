@@ -13,6 +13,8 @@
 
 #include <algorithm>
 
+using zel::species::MoleculeTypes;
+
 namespace {
 
 constexpr char MapFile[] = "contact-map.svg";
@@ -234,7 +236,7 @@ void ZelModelReportWriter::writeContacts(ZelModelReportPage *page)
     page->open("table", "contacts");
     page->headRow({"Molecule", "Site", "May bind"});
     page->open("tbody");
-    for (const ZelModelCatalog::Mol &mol : m_details.catalog().mols())
+    for (const MoleculeTypes::Mol &mol : m_details.catalog().mols())
         writeContactsOf(page, mol);
     page->close();
     page->close();
@@ -242,11 +244,10 @@ void ZelModelReportWriter::writeContacts(ZelModelReportPage *page)
     page->lineEnd();
 }
 
-void ZelModelReportWriter::writeContactsOf(
-    ZelModelReportPage *page, const ZelModelCatalog::Mol &mol)
+void ZelModelReportWriter::writeContactsOf(ZelModelReportPage *page, const MoleculeTypes::Mol &mol)
 {
-    const ZelModelCatalog &catalog = m_details.catalog();
-    for (const ZelModelCatalog::Mcp &mcp : mol.mcps) {
+    const MoleculeTypes &catalog = m_details.catalog();
+    for (const MoleculeTypes::Mcp &mcp : mol.mcps) {
         for (qsizetype i = 0; i < mcp.sites.size(); ++i) {
             const QList<ZelModelReportPartner> partners = m_places.partners(mcp.sites.at(i).id);
             if (partners.isEmpty())

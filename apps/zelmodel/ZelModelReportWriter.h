@@ -42,7 +42,7 @@ private:
     void writeCounts(ZelModelReportPage *page);
     bool writeMap(ZelModelReportPage *page);
     void writeContacts(ZelModelReportPage *page);
-    void writeContactsOf(ZelModelReportPage *page, const ZelModelCatalog::Mol &mol);
+    void writeContactsOf(ZelModelReportPage *page, const zel::species::MoleculeTypes::Mol &mol);
     bool writeTable(ZelModelReportPage *page, const ZelModelReportChapter &chapter);
     bool visit(const ZelModelReportChapter &chapter,
         const std::function<bool(int, const ZelDbRecord &)> &visitor);

@@ -4,21 +4,25 @@
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
-#include "zelSpecies/Species.h"
+#include "zelSpecies/SpeciesReader.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
+
+using zel::species::MoleculeTypes;
+using zel::species::Species;
+using zel::species::SpeciesReader;
 
 namespace {
 
 constexpr qsizetype TitleWidth = 18;
 constexpr qsizetype LongestName = 80;
 
-QStringList bondTexts(const ZelModelSpecies &species)
+QStringList bondTexts(const Species &species)
 {
     QStringList texts;
     const auto mol = [&species](int m) { return species.mols[static_cast<std::size_t>(m)].type; };
-    for (const ZelModelSpecies::Bond &bond : species.bonds()) {
+    for (const Species::Bond &bond : species.bonds()) {
         // Molecules by their number, since there may be several of one type.
         texts.append(QLatin1String("%1 (%2).%3 - %4 (%5).%6")
                          .arg(mol(bond.mol1)->name, QString::number(bond.mol1 + 1),
@@ -41,15 +45,15 @@ struct Description
     QList<ZelModelFound> usedBy;
 };
 
-QStringList componentTexts(const ZelModelCatalog::Mol &mol)
+QStringList componentTexts(const MoleculeTypes::Mol &mol)
 {
     QStringList texts;
-    for (const ZelModelCatalog::Mcp &mcp : mol.mcps) {
+    for (const MoleculeTypes::Mcp &mcp : mol.mcps) {
         QStringList states;
-        for (const ZelModelCatalog::Part &state : mcp.states)
+        for (const MoleculeTypes::Part &state : mcp.states)
             states.append(state.name);
         QStringList sites;
-        for (const ZelModelCatalog::Part &site : mcp.sites)
+        for (const MoleculeTypes::Part &site : mcp.sites)
             sites.append(site.name);
         QString text = mcp.shortName;
         if (!states.isEmpty())
@@ -71,16 +75,16 @@ Description describe(ZelModelRun &run, const ZelModelFound &found, const ZelMode
             + details.summary(*found.kind, found.record);
     }
     result.references = run.db().refGetReferences(QLatin1String(found.kind->word), id);
-    ZelModelSpeciesReader reader(details.catalog(), run.db());
+    SpeciesReader reader(details.catalog(), run.db());
     if (found.kind->type == ZelDb::Cpx || found.kind->type == ZelDb::Cpa) {
-        const ZelModelSpecies species = found.kind->type == ZelDb::Cpx
+        const Species species = found.kind->type == ZelDb::Cpx
             ? reader.readComplex(id)
             : reader.readAlias(run.db().cpaGetHashInfo(id));
         result.text = species.text();
         result.bonds = bondTexts(species);
         result.problems = reader.problems();
     }
-    if (const ZelModelCatalog::Mol *const mol = details.catalog().mol(id);
+    if (const MoleculeTypes::Mol *const mol = details.catalog().mol(id);
         mol && found.kind->type == ZelDb::Mol)
         result.components = componentTexts(*mol);
     if (found.kind->type == ZelDb::Mli)
