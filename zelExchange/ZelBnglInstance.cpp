@@ -1,7 +1,7 @@
 #include "zelExchange/ZelBnglInstance.h"
 
-#include "zelExchange/ZelBnglCanonical.h"
 #include "zelExchange/ZelBnglLexer.h"
+#include "zelRules/CanonicalOrder.h"
 
 #include <algorithm>
 #include <numeric>
@@ -10,7 +10,7 @@
 namespace {
 
 using Instance = ZelBnglInstance;
-using Color = ZelBnglCanonical::Color;
+using Color = zel::rules::Color;
 
 /// The graph of an instance: a vertex for each molecule and, behind them, one for each of its
 /// sites.
@@ -43,7 +43,7 @@ public:
     std::vector<int> canonicalOrder(
         const std::vector<Color> &colors, const std::vector<int> &order) const
     {
-        return ZelBnglCanonical::order(m_edges, colors, order);
+        return zel::rules::canonicalOrder(m_edges, colors, order);
     }
 
 private:
@@ -55,7 +55,7 @@ private:
 
     int m_count = 0;
     std::vector<int> m_firstSite;
-    ZelBnglCanonical::Edges m_edges;
+    zel::rules::Edges m_edges;
 };
 
 QString quoted(const ZelBnglModel &model, quint32 name)

@@ -1,6 +1,6 @@
 #include "zelExchange/ZelBnglRuleGraph.h"
 
-#include "zelExchange/ZelBnglCanonical.h"
+#include "zelRules/CanonicalOrder.h"
 
 #include <QHash>
 #include <QPair>
@@ -54,7 +54,7 @@ private:
 
     void makeVertices();
     void addBonds();
-    ZelBnglCanonical::Color siteColor(int mol, int site) const;
+    zel::rules::Color siteColor(int mol, int site) const;
     void makeOrder();
     /// Where each molecule's pattern of a side stands among those of that side.
     std::vector<int> rankPatterns(int side) const;
@@ -67,8 +67,8 @@ private:
     const ZelBnglGraphTypes &m_types;
     const Rule &m_rule;
     std::vector<int> m_firstSite; ///< vertices
-    ZelBnglCanonical::Edges m_edges;
-    std::vector<ZelBnglCanonical::Color> m_colors;
+    zel::rules::Edges m_edges;
+    std::vector<zel::rules::Color> m_colors;
     std::vector<int> m_place; ///< of a vertex in canonical order
     std::vector<int> m_molOrder;
     QHash<QPair<End, End>, int> m_labels;
@@ -102,10 +102,9 @@ void Writer::makeVertices()
     addBonds();
 }
 
-ZelBnglCanonical::Color Writer::siteColor(int m, int s) const
+zel::rules::Color Writer::siteColor(int m, int s) const
 {
-    ZelBnglCanonical::Color color{
-        1, anySide(m).type, typeOf(m).components[static_cast<size_t>(s)].group};
+    zel::rules::Color color{1, anySide(m).type, typeOf(m).components[static_cast<size_t>(s)].group};
     for (const int side : {Rule::Before, Rule::After}) {
         const auto at = static_cast<size_t>(3 + 2 * side);
         if (!isThere(side, m)) {
@@ -156,7 +155,7 @@ void Writer::makeOrder()
 {
     std::vector<int> order(m_edges.size());
     std::iota(order.begin(), order.end(), 0);
-    order = ZelBnglCanonical::order(m_edges, m_colors, order);
+    order = zel::rules::canonicalOrder(m_edges, m_colors, order);
     m_place.resize(order.size());
     for (size_t i = 0; i < order.size(); ++i)
         m_place[static_cast<size_t>(order[i])] = static_cast<int>(i);

@@ -1,11 +1,11 @@
-#include "zelExchange/ZelBnglCanonical.h"
+#include "zelRules/CanonicalOrder.h"
 
 #include <nauty/nausparse.h>
 
 #include <algorithm>
 #include <numeric>
 
-std::vector<int> ZelBnglCanonical::order(
+std::vector<int> zel::rules::canonicalOrder(
     const Edges &edges, const std::vector<Color> &colors, const std::vector<int> &first)
 {
     const size_t size = edges.size();
