@@ -1,7 +1,6 @@
 #include "zelSpecies/Species.h"
 
-#include <QCryptographicHash>
-#include <QSet>
+#include <QHash>
 
 #include <algorithm>
 
@@ -11,10 +10,6 @@ namespace {
 
 using Mol = Species::Mol;
 using Mcp = MoleculeTypes::Mcp;
-using Colors = std::vector<QByteArray>;
-
-/// Rings of alike molecules need a start to be told apart; beyond this it takes too long.
-constexpr std::size_t MaxStarts = 64;
 
 QString statesText(const Mol &mol, const Mcp &mcp)
 {
@@ -56,100 +51,6 @@ public:
 private:
     QHash<std::pair<int, int>, int> m_labels;
 };
-
-QByteArray digest(const QByteArray &text)
-{
-    return QCryptographicHash::hash(text, QCryptographicHash::Sha1);
-}
-
-/// Lengths keep "a", "bc" apart from "ab", "c".
-void appendText(QByteArray *to, const QByteArray &text)
-{
-    *to += QByteArray::number(text.size()) + ':' + text;
-}
-
-/// What can be said of a component without saying which of its copies it is.
-QByteArray mcpColor(
-    const Species &species, const Mol &mol, const Mcp &mcp, bool withStates, const Colors &colors)
-{
-    QByteArray text;
-    appendText(&text, mol.type->mcps[static_cast<std::size_t>(mcp.group)].shortName.toUtf8());
-    if (withStates) {
-        // What is open says nothing, in whatever order the states are.
-        QByteArrayList states;
-        for (qsizetype i = 0; i < mcp.states.size(); ++i) {
-            const int state = mol.states[static_cast<std::size_t>(mcp.firstState + i)];
-            if (state != ComponentStateDontCare)
-                states.append(QByteArray::number(state) + mcp.states.at(i).name.toUtf8());
-        }
-        std::sort(states.begin(), states.end());
-        for (const QByteArray &state : states)
-            appendText(&text, state);
-        text += mol.negated[static_cast<std::size_t>(&mcp - mol.type->mcps.data())] ? '-' : '+';
-    }
-    for (qsizetype i = 0; i < mcp.sites.size(); ++i) {
-        const Species::Site &site = mol.sites[static_cast<std::size_t>(mcp.firstSite + i)];
-        if (site.partnerMol == Species::None) {
-            text += withStates ? QByteArray::number(site.status) : QByteArray("0");
-            continue;
-        }
-        const Mol &partner = species.mols[static_cast<std::size_t>(site.partnerMol)];
-        const Mcp &other = partner.type->mcpOfSite(site.partnerSite);
-        appendText(
-            &text, partner.type->mcps[static_cast<std::size_t>(other.group)].shortName.toUtf8());
-        text += QByteArray::number(site.partnerSite - other.firstSite) + '!';
-        text += colors[static_cast<std::size_t>(site.partnerMol)];
-    }
-    return text;
-}
-
-Colors startColors(const Species &species, bool withStates)
-{
-    Colors colors;
-    for (const Mol &mol : species.mols) {
-        QByteArray text;
-        appendText(&text, mol.type->name.toUtf8());
-        if (withStates)
-            appendText(&text, mol.compartment.toUtf8());
-        colors.push_back(digest(text));
-    }
-    return colors;
-}
-
-/// Tells molecules apart by what is around them, as far as that goes.
-void refine(const Species &species, bool withStates, Colors *colors)
-{
-    qsizetype known = 0;
-    for (std::size_t round = 0; round <= species.mols.size(); ++round) {
-        Colors next;
-        for (std::size_t m = 0; m < species.mols.size(); ++m) {
-            const Mol &mol = species.mols[m];
-            Colors parts;
-            for (const Mcp &mcp : mol.type->mcps)
-                parts.push_back(mcpColor(species, mol, mcp, withStates, *colors));
-            std::sort(parts.begin(), parts.end());
-            QByteArray text;
-            appendText(&text, (*colors)[m]);
-            for (const QByteArray &part : parts)
-                appendText(&text, part);
-            next.push_back(digest(text));
-        }
-        *colors = std::move(next);
-        const qsizetype count = QSet<QByteArray>(colors->begin(), colors->end()).size();
-        if (round > 0 && count == known)
-            return;
-        known = count;
-    }
-}
-
-QByteArray summary(Colors colors)
-{
-    std::sort(colors.begin(), colors.end());
-    QByteArray text;
-    for (const QByteArray &color : colors)
-        text += color;
-    return digest(text);
-}
 
 } // namespace
 
@@ -246,23 +147,6 @@ QString Species::text() const
             + (mol.compartment.isEmpty() ? QString() : u'@' + mol.compartment));
     }
     return molTexts.join(u'.');
-}
-
-QByteArray Species::identity(bool withStates) const
-{
-    Colors colors = startColors(*this, withStates);
-    refine(*this, withStates, &colors);
-    const bool hasRing = static_cast<std::size_t>(bondCount()) >= mols.size();
-    if (!hasRing || mols.size() > MaxStarts)
-        return summary(colors);
-    Colors views;
-    for (std::size_t start = 0; start < mols.size(); ++start) {
-        Colors view = colors;
-        view[start] = digest(QByteArray("start") + view[start]);
-        refine(*this, withStates, &view);
-        views.push_back(summary(std::move(view)));
-    }
-    return summary(std::move(views));
 }
 
 } // namespace zel::species

@@ -4,7 +4,6 @@
 #include "zelSpecies/MoleculeTypes.h"
 #include "zelSpecies/ZelSpeciesExport.h"
 
-#include <QByteArray>
 #include <QString>
 
 #include <vector>
@@ -55,10 +54,6 @@ struct ZELSPECIES_EXPORT Species
 
     /// In the manner of the BioNetGen language: "A(b!1,s~P).B(a!1)"; what is open is left out.
     QString text() const;
-    /// The same for the same structure and, with states, the same states, in any model: names count
-    /// and ids do not, nor which of several copies of a component is used. Only cages of alike
-    /// molecules that look the same from each of them could pass for one another.
-    QByteArray identity(bool withStates) const;
     /// Whether all that the pattern, of the same catalog, says holds of this species; with `whole`,
     /// of which it then must be all molecules and bonds. Undecided after too many tries, it answers
     /// false.

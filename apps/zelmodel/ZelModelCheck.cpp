@@ -3,6 +3,7 @@
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
+#include "zelRules/Identity.h"
 #include "zelSpecies/SpeciesReader.h"
 
 #include <QJsonObject>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 
+using zel::rules::Sameness;
 using zel::species::MoleculeTypes;
 using zel::species::Species;
 using zel::species::SpeciesReader;
@@ -120,7 +122,7 @@ bool Checker::readSpecies()
             const Species species = reader.readComplex(id);
             report("complex", id, record.value(C::ShortName));
             if (!species.mols.empty())
-                sameComplexes[species.identity(false)].append(id);
+                sameComplexes[zel::rules::identity(species, Sameness::Structure)].append(id);
             return true;
         });
     QMap<QByteArray, QStringList> sameAliases;
@@ -129,7 +131,7 @@ bool Checker::readSpecies()
             record.value(C::CpaWellDefined) == QLatin1String("1"), reader.readAlias(record)};
         report(alias.isSpecies ? "species" : "pattern", alias.id, alias.name);
         if (!alias.species.mols.empty())
-            sameAliases[alias.species.identity(true)].append(alias.id);
+            sameAliases[zel::rules::identity(alias.species, Sameness::States)].append(alias.id);
         m_aliasOfId.insert(alias.id, m_aliases.size());
         m_aliases.push_back(std::move(alias));
         return true;

@@ -3,6 +3,7 @@
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
+#include "zelRules/Identity.h"
 #include "zelSpecies/SpeciesReader.h"
 
 #include <QJsonArray>
@@ -13,6 +14,7 @@
 #include <map>
 #include <memory>
 
+using zel::rules::Sameness;
 using zel::species::MoleculeTypes;
 using zel::species::Species;
 using zel::species::SpeciesReader;
@@ -158,12 +160,13 @@ bool Side::readSpecies()
     Entries patterns;
     const auto readComplex = [&](const ZelDbRecord &record) {
         const Species complex = reader.readComplex(record.value(C::PsiimId));
-        put(&complexes, complex.identity(false), complex.text(), QString());
+        put(&complexes, zel::rules::identity(complex, Sameness::Structure), complex.text(),
+            QString());
         return true;
     };
     const auto readAlias = [&](const ZelDbRecord &record) {
         const Species alias = reader.readAlias(record);
-        const QByteArray identity = alias.identity(true);
+        const QByteArray identity = zel::rules::identity(alias, Sameness::States);
         m_identity.insert(record.value(C::PsiimId), identity);
         const bool isSpecies = record.value(C::CpaWellDefined) == QLatin1String("1");
         put(isSpecies ? &species : &patterns, identity, alias.text(), QString());
