@@ -8,10 +8,25 @@
 
 #include <algorithm>
 
+namespace {
+
+// Version 1 told copies of a component by their names: "b", "b_2", "b_3", all of the name "b".
+const QStringList toVersion2{
+    QStringLiteral("ALTER TABLE mcp ADD COLUMN copyGroup TEXT NOT NULL DEFAULT ''"),
+    QStringLiteral("UPDATE mcp SET copyGroup = name WHERE name <> '' AND (shortName = name"
+                   " OR (substr(shortName, 1, length(name) + 1) = name || '_'"
+                   " AND length(shortName) > length(name) + 1"
+                   " AND substr(shortName, length(name) + 2) NOT GLOB '*[^0-9]*'))"),
+    QStringLiteral("UPDATE mcp SET copyGroup = '' WHERE copyGroup <> '' AND NOT EXISTS (SELECT 1"
+                   " FROM mcp other WHERE other.mol = mcp.mol AND other.psiimId <> mcp.psiimId"
+                   " AND other.copyGroup = mcp.copyGroup)"),
+};
+
+} // namespace
+
 const ZelDbMigrations &ZelDbMigration::builtIn()
 {
-    // The first schema version has no predecessor.
-    static const ZelDbMigrations migrations{ZelDbSchema::Version, {}};
+    static const ZelDbMigrations migrations{ZelDbSchema::Version, {{1, toVersion2}}};
     return migrations;
 }
 

@@ -35,6 +35,7 @@ constexpr ZelDbColumnInfo mcpColumns[] = {
     nameColumn,
     notesColumn,
     {C::Location, "location"},
+    {C::CopyGroup, "copyGroup"},
 };
 
 constexpr ZelDbColumnInfo mcpStateColumns[] = {

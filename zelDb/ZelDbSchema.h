@@ -48,7 +48,7 @@ struct ZelDbKind
 /// The tables of a model file.
 namespace ZelDbSchema {
 
-inline constexpr int Version = 1;
+inline constexpr int Version = 2;
 /// "ZELM"; tells model files from other SQLite databases.
 inline constexpr int ApplicationId = 0x5a454c4d;
 

@@ -90,6 +90,9 @@ public:
     /// Adds a state or updates the one of that name, which keeps its id.
     bool mcpInsertState(
         const QString &mcpPsiimId, const QString &name, const QString &colorName, int index);
+    /// Components of one molecule with the same non-empty group are copies of each other: which of
+    /// them is used makes no difference. The group is the name that they share.
+    bool mcpSetCopyGroup(const QString &mcpPsiimId, const QString &group);
     bool mcpRemove(const QString &mcpPsiimId);
     ZelDbRecord mcpStateGetHashInfo(const QString &statePsiimId) const;
     bool mcpStateInsert(const ZelDbRecord &record);

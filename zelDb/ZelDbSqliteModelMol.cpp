@@ -203,6 +203,12 @@ bool ZelDbSqliteModel::mcpInsertState(
             {ZelDbColumn::PosIndex, QString::number(index)}});
 }
 
+bool ZelDbSqliteModel::mcpSetCopyGroup(const QString &mcpPsiimId, const QString &group)
+{
+    return ZelDbRecords::update(openConnection(), *ZelDbSchema::kind(ZelDb::Mcp), "copyGroup",
+        mcpPsiimId, ZelDbRecords::notNull(group));
+}
+
 bool ZelDbSqliteModel::mcpStateSetExclusionGroup(const QString &statePsiimId, const QString &group)
 {
     return ZelDbRecords::update(openConnection(), *ZelDbSchema::kind(ZelDb::McpState),

@@ -86,7 +86,8 @@ enum Column : int {
     SourceFile = 80,
     SourceLine = 81, ///< counted from 1
     SourceText = 82, ///< the untranslated item, whole
-    Reason = 83 ///< why the item could not be translated
+    Reason = 83, ///< why the item could not be translated
+    CopyGroup = 84 ///< components of a molecule with one non-empty group are copies of each other
 };
 }
 

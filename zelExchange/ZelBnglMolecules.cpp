@@ -18,18 +18,6 @@ bool isAllowed(QChar c)
     return c.unicode() < 0x80 && (c.isLetterOrNumber() || c == u'_');
 }
 
-/// Whether an import gave that short name to a copy of the component of that name.
-bool isCopyName(const QString &shortName, const QString &name)
-{
-    if (name.isEmpty() || !shortName.startsWith(name))
-        return false;
-    const QStringView rest = QStringView(shortName).sliced(name.size());
-    return rest.isEmpty()
-        || (rest.size() > 1 && rest.front() == u'_'
-            && std::all_of(
-                rest.begin() + 1, rest.end(), [](QChar c) { return c >= u'0' && c <= u'9'; }));
-}
-
 } // namespace
 
 /// A molecule component as the database has it.
@@ -37,7 +25,6 @@ struct ZelBnglMolecules::Source
 {
     QString psiimId;
     QString name;
-    QString shortName;
     QStringList states;
     QStringList groups; ///< of each state
     QStringList sites;
@@ -50,11 +37,6 @@ struct ZelBnglMolecules::Source
             [this](const QString &group) { return !group.isEmpty() && group == groups.first(); });
     }
     bool isOnePart() const { return sites.size() <= 1 && excludesAll(); }
-    bool isLike(const Source &other) const
-    {
-        return isOnePart() && other.isOnePart() && states == other.states
-            && sites.size() == other.sites.size();
-    }
 };
 
 QByteArray ZelBnglMolecules::allowedName(const QString &text, bool mayBeginWithDigit)
@@ -72,6 +54,7 @@ QByteArray ZelBnglMolecules::allowedName(const QString &text, bool mayBeginWithD
 ZelBnglMolecules::ZelBnglMolecules(ZelDbSqliteModel *db, ZelExportReport *report)
     : m_db(db), m_report(*report)
 {
+    m_moleculeTypes.read(*m_db);
     const QStringList ids = m_db->molGetListPsiimId();
     for (const QString &id : ids)
         read(id);
@@ -95,54 +78,33 @@ void ZelBnglMolecules::read(const QString &molPsiimId)
         m_report.notes.append(
             {m_item, QStringLiteral("its location \"%1\" is not in the file").arg(location)});
     }
-    std::vector<Source> sources;
-    const QStringList ids = m_db->molGetListMcpPsiimId(molPsiimId);
-    for (const QString &id : ids)
-        sources.push_back(readComponent(id));
-    findCopies(&sources);
-    for (const Source &source : sources)
-        addComponent(source);
+    if (const zel::species::MoleculeTypes::Mol *const mol = m_moleculeTypes.mol(molPsiimId)) {
+        for (std::size_t i = 0; i < mol->mcps.size(); ++i)
+            addComponent(sourceOf(mol->mcps[i], static_cast<int>(i)));
+    }
 }
 
-ZelBnglMolecules::Source ZelBnglMolecules::readComponent(const QString &mcpPsiimId) const
+ZelBnglMolecules::Source ZelBnglMolecules::sourceOf(
+    const zel::species::MoleculeTypes::Mcp &mcp, int index) const
 {
-    const ZelDbRecord record = m_db->mcpGetHashInfo(mcpPsiimId);
     Source source;
-    source.psiimId = mcpPsiimId;
-    source.name = record.value(ZelDbColumn::Name);
-    source.shortName = record.value(ZelDbColumn::ShortName);
-    const QList<ZelDbState> states = m_db->mcpGetOrderedStates(mcpPsiimId);
-    for (const ZelDbState &state : states) {
+    source.psiimId = mcp.id;
+    for (const zel::species::MoleculeTypes::Part &state : mcp.states) {
         source.states.append(state.name);
-        source.groups.append(m_db->mcpStateGetExclusionGroup(state.psiimId));
+        source.groups.append(state.group);
     }
-    source.sites = m_db->bstGetListPsiimIdBasedOnMcp(mcpPsiimId);
-    for (const QString &site : source.sites) {
-        const ZelDbRecord siteRecord = m_db->bstGetHashInfo(site);
-        const QString name = siteRecord.value(ZelDbColumn::ShortName);
-        source.siteNames.append(name.isEmpty() ? siteRecord.value(ZelDbColumn::Name) : name);
+    for (const zel::species::MoleculeTypes::Part &site : mcp.sites) {
+        source.sites.append(site.id);
+        source.siteNames.append(site.name.isEmpty()
+                ? m_db->bstGetHashInfo(site.id).value(ZelDbColumn::Name)
+                : site.name);
     }
+    // Copies that are several components there cannot share their names.
+    const bool isCopy = mcp.isCopy && source.isOnePart();
+    source.name = isCopy ? mcp.copyGroup : mcp.shortName.isEmpty() ? mcp.name : mcp.shortName;
+    if (isCopy && mcp.group != index)
+        source.copyOf = mcp.group;
     return source;
-}
-
-void ZelBnglMolecules::findCopies(std::vector<Source> *sources)
-{
-    QHash<QString, int> first; // by given name
-    QSet<QString> taken;
-    int index = 0;
-    for (Source &source : *sources) {
-        const bool hasCopyName =
-            isCopyName(source.shortName, source.name) && !taken.contains(source.shortName);
-        taken.insert(source.shortName);
-        const int known = hasCopyName ? first.value(source.name, -1) : -1;
-        if (hasCopyName && known < 0)
-            first.insert(source.name, index);
-        else if (known >= 0 && source.isLike((*sources)[static_cast<size_t>(known)]))
-            source.copyOf = known;
-        else if (!source.shortName.isEmpty())
-            source.name = source.shortName;
-        ++index;
-    }
 }
 
 void ZelBnglMolecules::addComponent(const Source &source)

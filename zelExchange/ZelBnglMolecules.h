@@ -2,6 +2,7 @@
 
 #include "zelExchange/ZelBnglRuleGraph.h"
 #include "zelExchange/ZelExportReport.h"
+#include "zelSpecies/MoleculeTypes.h"
 
 #include <QHash>
 #include <QSet>
@@ -14,8 +15,8 @@ class ZelDbSqliteModel;
 ///
 /// A component with at most one site and either no features or features that exclude each other is
 /// one component there. Otherwise each of its sites and features becomes one of its own, under
-/// joined names; a feature that excludes no other has the states "off" and "on". Components that an
-/// import told apart by numbers share the name that they had.
+/// joined names; a feature that excludes no other has the states "off" and "on". Components
+/// that are copies of each other share one name.
 class ZelBnglMolecules
 {
 public:
@@ -56,8 +57,7 @@ private:
     struct Source;
 
     void read(const QString &molPsiimId);
-    Source readComponent(const QString &mcpPsiimId) const;
-    static void findCopies(std::vector<Source> *sources);
+    Source sourceOf(const zel::species::MoleculeTypes::Mcp &mcp, int index) const;
     void addComponent(const Source &source);
     void addParts(const Source &source, const QString &item);
     int addPart(const QString &name, const std::vector<QByteArray> &states, bool canBind,
@@ -70,6 +70,7 @@ private:
 
     ZelDbSqliteModel *m_db;
     ZelExportReport &m_report;
+    zel::species::MoleculeTypes m_moleculeTypes; ///< as the database has them
     ZelBnglGraphTypes m_types;
     std::vector<Molecule> m_molecules;
     QHash<QString, int> m_index;

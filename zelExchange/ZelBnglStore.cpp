@@ -64,6 +64,13 @@ bool ZelBnglStore::storeType(ZelBnglType &type, int index)
     for (size_t i = 0; i < type.sites.size(); ++i) {
         SdcMcp *const mcp = mol.getSdcMcpAtIndex(static_cast<int>(i));
         type.sites[i].mcpPsiimId = mcp->getPsiimId();
+        const auto isCopy = [&site = type.sites[i]](const ZelBnglTypeSite &other) {
+            return &other != &site && other.group == site.group;
+        };
+        if (std::any_of(type.sites.begin(), type.sites.end(), isCopy)
+            && !m_db->mcpSetCopyGroup(
+                mcp->getPsiimId(), QString::fromLatin1(m_model.name(type.sites[i].name))))
+            return false;
         if (type.sites[i].canBind)
             type.sites[i].bstPsiimId = mcp->getListSdcBst().first()->getPsiimId();
         const QList<ZelDbState> states = m_db->mcpGetOrderedStates(mcp->getPsiimId());

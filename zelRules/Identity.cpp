@@ -121,7 +121,8 @@ private:
     QByteArray textOf(const Species::Mol &mol, const MoleculeTypes::Mcp &mcp) const
     {
         QByteArray text;
-        appendText(&text, mol.type->mcps[static_cast<std::size_t>(mcp.group)].shortName.toUtf8());
+        text += mcp.isCopy ? '*' : '=';
+        appendText(&text, mcp.title().toUtf8());
         if (!m_withStates)
             return text;
         // What is open says nothing, in whatever order the states are.

@@ -24,6 +24,8 @@ bool readParts(const ZelDbSqliteModel &db, int type, PartsByOwner *parts)
         ZelDbColumn::Name};
     if (type == ZelDb::McpState)
         columns.append(ZelDbColumn::StateGroup);
+    if (type == ZelDb::Mcp)
+        columns.append(ZelDbColumn::CopyGroup);
     if (!db.visitRecords(type, columns, [parts](const ZelDbRecord &record) {
             (*parts)[record.value(ZelDbColumn::OwnerPsiimId)].append(
                 {record.value(ZelDbColumn::PosIndex).toInt(), record});
@@ -67,11 +69,15 @@ QString mcpText(const MoleculeTypes::Mcp &mcp, const QStringList &states)
     return text;
 }
 
-/// Whether two components of a molecule stand for one that it has several times.
+/// Whether two components of a molecule stand for one that it has several times: the record says
+/// so, and an edit of one of them has not made them differ since.
 bool areCopies(const MoleculeTypes::Mcp &a, const MoleculeTypes::Mcp &b)
 {
-    return !a.name.isEmpty() && a.name == b.name && a.sites.size() == b.sites.size()
-        && namesOf(a.states) == namesOf(b.states);
+    return !a.copyGroup.isEmpty() && a.copyGroup == b.copyGroup && a.sites.size() == b.sites.size()
+        && std::equal(a.states.begin(), a.states.end(), b.states.begin(), b.states.end(),
+            [](const MoleculeTypes::Part &one, const MoleculeTypes::Part &other) {
+                return one.name == other.name && one.group == other.group;
+            });
 }
 
 } // namespace
@@ -127,6 +133,7 @@ bool MoleculeTypes::read(const ZelDbSqliteModel &db)
                    mcp.id = part.record.value(ZelDbColumn::PsiimId);
                    mcp.shortName = part.record.value(ZelDbColumn::ShortName);
                    mcp.name = part.record.value(ZelDbColumn::Name);
+                   mcp.copyGroup = part.record.value(ZelDbColumn::CopyGroup);
                    mcp.states = partsOf(states, mcp.id, ZelDbColumn::Name);
                    mcp.sites = partsOf(sites, mcp.id, ZelDbColumn::ShortName);
                    mol.mcps.push_back(std::move(mcp));

@@ -30,16 +30,17 @@ public:
     {
         QString id;
         QString shortName; ///< unique in its molecule
-        QString name; ///< that copies of one component share
+        QString name;
+        QString copyGroup; ///< of the components that are copies of each other
         QList<Part> states;
         QList<Part> sites;
         int group = 0; ///< index of the first of its copies
-        bool isCopy = false; ///< of another component, or copied by one
+        bool isCopy = false; ///< of another component, or copied by one: interchangeable with it
         int firstState = 0; ///< counted over the molecule
         int firstSite = 0; ///< counted over the molecule
 
         /// As it is called where species are written out.
-        const QString &title() const { return isCopy ? name : shortName; }
+        const QString &title() const { return isCopy ? copyGroup : shortName; }
     };
 
     struct Mol

@@ -142,7 +142,7 @@ bool PatternReader::readComponent(
     int site = Species::None;
     for (std::size_t c = 0; c < type.mcps.size() && !mcp; ++c) {
         const MoleculeTypes::Mcp &candidate = type.mcps[c];
-        if ((candidate.shortName == wanted || candidate.name == wanted) && !m_usedMcps[c]) {
+        if ((candidate.shortName == wanted || candidate.title() == wanted) && !m_usedMcps[c]) {
             mcp = &candidate;
             m_usedMcps[c] = 1;
             if (candidate.sites.size() == 1)

@@ -205,19 +205,41 @@ private slots:
         QVERIFY(f.addComplex());
         f.db.close();
         const QStringList before = DbFixture::dump(f.path);
-        const ZelDbMigrations migrations{3,
-            {{2, {"UPDATE mol SET notes = notes || ' then 3'"}},
-                {1, {"UPDATE mol SET notes = 'step 2'", "CREATE TABLE extra (a)"}}}};
+        const ZelDbMigrations migrations{4,
+            {{3, {"UPDATE mol SET notes = notes || ' then 4'"}},
+                {2, {"UPDATE mol SET notes = 'step 3'", "CREATE TABLE extra (a)"}}}};
         QVERIFY2(f.db.open(f.path, migrations), qPrintable(f.db.errorText()));
-        QCOMPARE(f.db.schemaVersion(), 3);
-        QCOMPARE(f.model.molGetHashInfo("mol1").value(C::Notes), "step 2 then 3");
-        const QString backup = f.path + QLatin1String(".v1.bak");
+        QCOMPARE(f.db.schemaVersion(), 4);
+        QCOMPARE(f.model.molGetHashInfo("mol1").value(C::Notes), "step 3 then 4");
+        const QString backup = f.path + QLatin1String(".v2.bak");
         QCOMPARE(DbFixture::dump(backup), before);
         QVERIFY(f.db.open(f.path, migrations)); // no second time, no second backup
         f.db.close();
         QCOMPARE(QDir(f.dir.path()).entryList(QDir::Files).size(), 2);
         QVERIFY(!f.db.open(f.path)); // newer than what this library writes
         QCOMPARE(f.db.error(), ZelDbSqlite::NewerSchema);
+    }
+
+    void versionOneToldCopiesByTheirNames()
+    {
+        DbFixture f;
+        QVERIFY(f.addComplex());
+        const QHash<QString, QStringList> names{{"mcp1", {"b", "b", "b"}},
+            {"mcp2", {"b_2", "b", "b"}}, {"mcp3", {"b", "b", ""}}, {"mcp4", {"b_x", "b", ""}},
+            {"mcp5", {"b2", "b", ""}}, {"mcp6", {"a%_12", "a%", ""}}, {"mcp7", {"", "", ""}}};
+        for (auto it = names.cbegin(); it != names.cend(); ++it) {
+            QVERIFY(f.model.mcpInsert({{C::PsiimId, it.key()}, {C::ShortName, it->at(0)},
+                {C::Name, it->at(1)}, {C::OwnerPsiimId, it.key() == "mcp3" ? "mol2" : "mol1"}}));
+        }
+        f.db.close();
+        const QStringList now = DbFixture::dump(f.path);
+        QVERIFY(f.execute({"ALTER TABLE mcp DROP COLUMN copyGroup", "PRAGMA user_version = 1"}));
+        QVERIFY2(f.db.open(f.path), qPrintable(f.db.errorText()));
+        for (auto it = names.cbegin(); it != names.cend(); ++it)
+            QCOMPARE(f.model.mcpGetHashInfo(it.key()).value(C::CopyGroup), it->at(2));
+        QVERIFY(f.model.mcpSetCopyGroup("mcp1", {}) && f.model.mcpSetCopyGroup("mcp2", {}));
+        f.db.close();
+        QCOMPARE(DbFixture::dump(f.path), now);
     }
 
     void failedMigrationLeavesTheFileAsItWas_data()
@@ -234,9 +256,9 @@ private slots:
         QVERIFY(f.addComplex());
         f.db.close();
         const QStringList before = DbFixture::dump(f.path);
-        QVERIFY(!f.db.open(f.path, {2, {{1, {"UPDATE mol SET notes = 'half'", last}}}}));
+        QVERIFY(!f.db.open(f.path, {3, {{2, {"UPDATE mol SET notes = 'half'", last}}}}));
         QCOMPARE(f.db.error(), ZelDbSqlite::MigrationFailed);
-        const QString backup = f.path + QLatin1String(".v1.bak");
+        const QString backup = f.path + QLatin1String(".v2.bak");
         QVERIFY2(f.db.errorText().contains(backup), qPrintable(f.db.errorText()));
         QCOMPARE(DbFixture::dump(f.path), before);
         QCOMPARE(DbFixture::dump(backup), before);

@@ -32,7 +32,8 @@ private slots:
             {C::ShortName, C::GraphicsInfo, C::MolNumber15, C::MolNumber16, C::MolNumber18,
                 C::Color, C::Location});
         row("mcp", &M::mcpInsert, &M::mcpGetHashInfo, &M::mcpGetListPsiimId,
-            {C::ShortName, C::Location}, {{C::OwnerPsiimId, id("mol2")}, {C::PosIndex, id("4")}});
+            {C::ShortName, C::Location, C::CopyGroup},
+            {{C::OwnerPsiimId, id("mol2")}, {C::PosIndex, id("4")}});
         row("bst", &M::bstInsert, &M::bstGetHashInfo, &M::bstGetListPsiimId, {C::ShortName},
             {{C::OwnerPsiimId, id("mcp3")}, {C::PosIndex, id("2")}});
         row("mli", &M::mliInsert, mli, &M::mliGetListPsiimId,

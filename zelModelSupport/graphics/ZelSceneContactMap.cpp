@@ -9,6 +9,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelSpecies/MoleculeTypes.h"
 
 #include <QDebug>
 #include <QGraphicsPathItem>
@@ -45,27 +46,6 @@ QString nameOf(Sdc *sdc)
     return name.isEmpty() ? sdc->getProperty(SdcProperty::Name) : name;
 }
 
-/// The component's name, by copies of one component the one that they share.
-QString nameOf(SdcMcp *mcp, const QSet<QString> &shared)
-{
-    const QString name = mcp->getProperty(SdcProperty::Name);
-    const QString own = nameOf(mcp);
-    return shared.contains(name) && own.startsWith(name) ? name : own;
-}
-
-QSet<QString> sharedNames(SdcMol *mol)
-{
-    QSet<QString> once;
-    QSet<QString> shared;
-    for (SdcMcp *mcp : mol->getListSdcMcp()) {
-        const QString name = mcp->getProperty(SdcProperty::Name);
-        if (!name.isEmpty() && once.contains(name))
-            shared.insert(name);
-        once.insert(name);
-    }
-    return shared;
-}
-
 QColor colorOn(const ZelEllipseItem *item)
 {
     return textColorOn(item->brush());
@@ -92,6 +72,14 @@ bool ZelSceneContactMap::load(ZelDbSqliteModel *db)
         return false;
     }
     setZelDbSqliteModel(db);
+    zel::species::MoleculeTypes types;
+    types.read(*db);
+    for (const zel::species::MoleculeTypes::Mol &mol : types.mols()) {
+        for (const zel::species::MoleculeTypes::Mcp &mcp : mol.mcps) {
+            if (mcp.isCopy)
+                m_copyNames.insert(mcp.id, mcp.title());
+        }
+    }
     const QStringList ids = db->molGetListPsiimId();
     for (const QString &id : ids) {
         auto *const mol = new SdcMol(db, this);
@@ -115,6 +103,7 @@ void ZelSceneContactMap::clearMap()
         delete mol;
     m_mols.clear();
     m_contacts.clear();
+    m_copyNames.clear();
     m_missingCount = 0;
     m_names.clear();
     m_siteNames.clear();
@@ -198,9 +187,8 @@ void ZelSceneContactMap::nameMol(int index, const Drawn &drawn)
     Surroundings surroundings = place.surroundings;
     QRectF whole = place.rect;
     const QString molName = nameOf(mol);
-    const QSet<QString> shared = sharedNames(mol);
     for (const Drawn::Mcp &entry : place.mcps) {
-        const QString name = nameOf(entry.mcp, shared);
+        const QString name = m_copyNames.value(entry.mcp->getPsiimId(), nameOf(entry.mcp));
         if (place.mcps.size() == 1 && name == molName)
             continue;
         const QString text = shownName(name, LongestPartName);

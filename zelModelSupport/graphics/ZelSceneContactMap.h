@@ -3,6 +3,7 @@
 #include "zelModelSupport/graphics/ZelScene.h"
 
 #include <QGraphicsObject>
+#include <QHash>
 #include <QPainterPath>
 
 #include <vector>
@@ -76,6 +77,7 @@ private:
 
     QList<QPointer<SdcMol>> m_mols;
     std::vector<Contact> m_contacts;
+    QHash<QString, QString> m_copyNames; ///< by component: the name that copies share
     int m_missingCount = 0;
     std::vector<Name> m_names; // in the order of the molecules
     std::vector<Name> m_siteNames;
