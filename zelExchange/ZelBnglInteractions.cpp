@@ -1,7 +1,7 @@
 #include "zelExchange/ZelBnglInteractions.h"
 
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelExchange/ZelAutoLayout.h"
+#include "zelLayout/AutoLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
@@ -121,7 +121,7 @@ bool ZelBnglInteractions::storePair(int type1, int site1, int type2, int site2, 
         names.append(QString::fromLatin1(m_model.name(type.name)) + u'(' + site.shortName + u')');
     }
     cpx.addSdcBstBstCpx(drawnBond);
-    ZelAutoLayout::arrangeComplex(&cpx);
+    zel::layout::arrangeComplex(&cpx);
     QDomDocument layout;
     layout.setContent(cpx.getGraphicsInfo());
 

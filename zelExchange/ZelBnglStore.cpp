@@ -2,7 +2,7 @@
 
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelExchange/ZelAutoLayout.h"
+#include "zelLayout/AutoLayout.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
@@ -33,17 +33,17 @@ bool ZelBnglStore::storeType(ZelBnglType &type, int index)
     const QString name = QString::fromLatin1(m_model.name(type.name));
     mol.setProperty(SdcProperty::Name, name);
     mol.setProperty(SdcProperty::ShortName, name);
-    mol.setProperty(SdcProperty::Color, ZelAutoLayout::colorAt(index).name());
+    mol.setProperty(SdcProperty::Color, zel::layout::colorAt(index).name());
     for (const ZelBnglTypeSite &site : type.sites) {
         auto *const mcp = new SdcMcp(m_db);
         mcp->setProperty(SdcProperty::Name, QString::fromLatin1(m_model.name(site.name)));
         mcp->setProperty(SdcProperty::ShortName, site.shortName);
         mol.addSdcMcp(mcp);
-        ZelAutoLayout::makeItem(mcp, nullptr);
+        zel::layout::makeItem(mcp, nullptr);
         for (const quint32 state : site.states) {
             if (!m_stateColors.contains(state))
                 m_stateColors.insert(
-                    state, ZelAutoLayout::featureColorAt(static_cast<int>(m_stateColors.size())));
+                    state, zel::layout::featureColorAt(static_cast<int>(m_stateColors.size())));
             mcp->addTag(
                 QString::fromLatin1(m_model.name(state)), m_stateColors.value(state).name());
         }
@@ -57,7 +57,7 @@ bool ZelBnglStore::storeType(ZelBnglType &type, int index)
         body->setProperty(SdcProperty::ShortName, name);
         mol.addSdcMcp(body);
     }
-    ZelAutoLayout::drawMolecule(&mol, nullptr);
+    zel::layout::drawMolecule(&mol, nullptr);
     if (!mol.saveToDb())
         return false;
     type.psiimId = mol.getPsiimId();
@@ -242,7 +242,7 @@ bool ZelBnglStore::storeComplex(SdcCpx *cpx, bool *isNew)
         return false;
     cpx->setProperty(SdcProperty::Name, name);
     cpx->setProperty(SdcProperty::ShortName, name);
-    ZelAutoLayout::arrangeComplex(cpx);
+    zel::layout::arrangeComplex(cpx);
     ++m_complexCount;
     return cpx->saveToDbCpx();
 }

@@ -1,6 +1,6 @@
 #include "apps/zelmodel/ZelModelContactMap.h"
 
-#include "zelExchange/ZelContactMapLayout.h"
+#include "zelLayout/ContactMapLayout.h"
 #include "zelModelSupport/graphics/ZelSceneContactMap.h"
 
 namespace {
@@ -15,7 +15,7 @@ ZelModelContactMap::ZelModelContactMap(ZelDbSqliteModel *db)
     m_scene->setItemIndexMethod(QGraphicsScene::NoIndex);
     if (!m_scene->load(db))
         return;
-    ZelAutoLayout::arrangeContactMap(m_scene.get());
+    zel::layout::arrangeContactMap(m_scene.get());
     m_source = m_scene->getMapRect();
 }
 

@@ -3,7 +3,7 @@
 #include "support/ZelTest.h"
 
 #include "zelExchange/ZelBnglParser.h"
-#include "zelExchange/ZelContactMapLayout.h"
+#include "zelLayout/ContactMapLayout.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelSceneContactMap.h"
@@ -231,7 +231,7 @@ void tst_ContactMap::isFitToPrint()
         drawings.append(stage.db.molGetHashInfo(id).value(ZelDbColumn::GraphicsInfo));
     ZelSceneContactMap map;
     QVERIFY(map.load(&stage.db));
-    ZelAutoLayout::arrangeContactMap(&map);
+    zel::layout::arrangeContactMap(&map);
     QCOMPARE(map.getListSdcMol().size(), drawings.size());
 
     // Each interaction has its line, and that ends at its two sites.
@@ -317,11 +317,11 @@ void tst_ContactMap::sameModelSameMap()
     for (std::unique_ptr<ZelSceneContactMap> &map : maps) {
         map = std::make_unique<ZelSceneContactMap>();
         QVERIFY(map->load(&stage.db));
-        ZelAutoLayout::arrangeContactMap(map.get());
+        zel::layout::arrangeContactMap(map.get());
     }
     // Nor does it matter what was shown before.
     QVERIFY(maps[1]->load(&stage.db));
-    ZelAutoLayout::arrangeContactMap(maps[1].get());
+    zel::layout::arrangeContactMap(maps[1].get());
     QCOMPARE(maps[1]->paths(), maps[0]->paths());
     QCOMPARE(names(*maps[1]), names(*maps[0]));
     QCOMPARE(maps[1]->items().size(), maps[0]->items().size());
@@ -335,7 +335,7 @@ void tst_ContactMap::sitesAreNamedWhereTheyHaveNames()
         stage.db.bstInsert({{ZelDbColumn::PsiimId, "bst1"}, {ZelDbColumn::ShortName, "pocket"}}));
     ZelSceneContactMap map;
     QVERIFY(map.load(&stage.db));
-    ZelAutoLayout::arrangeContactMap(&map);
+    zel::layout::arrangeContactMap(&map);
     QStringList texts;
     QRectF pocket;
     for (const auto &[text, rect] : names(map)) {
@@ -375,7 +375,7 @@ void tst_ContactMap::missingSitesAreReported()
     const QStringList lines = takeDebugLines();
     QCOMPARE(lines.size(), 1);
     QVERIFY(lines.first().contains("mli1") && lines.first().contains("bst99"));
-    ZelAutoLayout::arrangeContactMap(&map);
+    zel::layout::arrangeContactMap(&map);
     QCOMPARE(map.paths().size(), std::size_t(1));
     QCOMPARE(map.getListSdcMol().size(), 2);
 }
@@ -387,7 +387,7 @@ void tst_ContactMap::moleculesWithoutAnything()
         QVERIFY(stage.db.molInsert({{ZelDbColumn::PsiimId, id}, {ZelDbColumn::ShortName, "\n"}}));
     ZelSceneContactMap map;
     QVERIFY(map.load(&stage.db));
-    ZelAutoLayout::arrangeContactMap(&map);
+    zel::layout::arrangeContactMap(&map);
     const QList<QPair<QString, QRectF>> texts = names(map);
     QCOMPARE(texts.size(), 2);
     QCOMPARE(texts.at(0).first, QString("mol1"));
@@ -403,21 +403,21 @@ void tst_ContactMap::outlivesItsItems()
     QVERIFY(map.load(&stage.db));
     const qsizetype count = map.items().size();
     delete map.getListSdcMol().first();
-    ZelAutoLayout::arrangeContactMap(&map);
+    zel::layout::arrangeContactMap(&map);
     map.moveMol(0, {1.0, 1.0});
     map.removeAllItems();
     map.updateNames();
     map.updateMap();
-    ZelAutoLayout::arrangeContactMap(&map);
+    zel::layout::arrangeContactMap(&map);
     QVERIFY(map.load(&stage.db));
     QCOMPARE(map.items().size(), count);
 }
 
 void tst_ContactMap::nothingToShow()
 {
-    ZelAutoLayout::arrangeContactMap(nullptr);
+    zel::layout::arrangeContactMap(nullptr);
     ZelSceneContactMap map;
-    ZelAutoLayout::arrangeContactMap(&map);
+    zel::layout::arrangeContactMap(&map);
     QVERIFY(!map.load(nullptr));
     QCOMPARE(takeDebugLines().size(), 1);
     ImportStage stage;

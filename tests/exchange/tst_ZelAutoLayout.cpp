@@ -1,10 +1,10 @@
 #include "support/ZelTest.h"
 #include "support/ZelTree.h"
 
-#include "zelExchange/ZelAutoLayout.h"
-#include "zelExchange/ZelAutoLayoutComplex.h"
-#include "zelExchange/ZelAutoLayoutMeasure.h"
-#include "zelExchange/ZelAutoLayoutMolecule.h"
+#include "zelLayout/AutoLayout.h"
+#include "zelLayout/Complex.h"
+#include "zelLayout/Measure.h"
+#include "zelLayout/Molecule.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
@@ -175,13 +175,13 @@ SdcMol *molecule(const QStringList &names, int sitesEach, int features, ZelScene
         auto *const mcp = new SdcMcp(nullptr);
         mcp->setProperty(SdcProperty::ShortName, name);
         mol->addSdcMcp(mcp);
-        ZelAutoLayout::makeItem(mcp, scene);
+        zel::layout::makeItem(mcp, scene);
         for (int i = 0; i < features; ++i)
             mcp->addTag(QStringLiteral("f%1").arg(i), "#336699", false);
         for (int i = 0; i < sitesEach; ++i)
             mcp->addSdcBst(new SdcBst(nullptr));
     }
-    ZelAutoLayout::drawMolecule(mol, scene);
+    zel::layout::drawMolecule(mol, scene);
     return mol;
 }
 
@@ -407,7 +407,7 @@ private slots:
         item->moveBy(100.0, 7.0);
         item->setRect(QRectF(-5.0, -5.0, 10.0, 10.0));
 
-        ZelAutoLayout::drawMolecule(mol.get(), nullptr);
+        zel::layout::drawMolecule(mol.get(), nullptr);
 
         QCOMPARE(mol->getSdcMcpAtIndex(1)->getZelEllipseItemMcp(), item);
         QCOMPARE(ZelTree::text(mol.get()), before);
@@ -418,7 +418,7 @@ private slots:
         const std::unique_ptr<SdcMol> mol(new SdcMol(nullptr));
         for (int i = 0; i < 4; ++i)
             mol->addSdcMcp(new SdcMcp(nullptr));
-        ZelAutoLayout::drawMolecule(mol.get(), nullptr, {{0, 1}, {0, 3}, {1, 0}, {2, 9}, {-1, 2}});
+        zel::layout::drawMolecule(mol.get(), nullptr, {{0, 1}, {0, 3}, {1, 0}, {2, 9}, {-1, 2}});
         QCOMPARE(mol->getSdcMcpAtIndex(0)->getListNeighborSdcMcps(),
             (QList<SdcMcp *>{mol->getSdcMcpAtIndex(1), mol->getSdcMcpAtIndex(3)}));
         QVERIFY(mol->getSdcMcpAtIndex(2)->getListNeighborSdcMcps().isEmpty());
@@ -458,7 +458,7 @@ private slots:
             cpx.addSdcBstBstCpx(bond);
         }
 
-        ZelAutoLayout::arrangeComplex(&cpx);
+        zel::layout::arrangeComplex(&cpx);
 
         int turned = 0;
         for (int i = 0; i < 4; ++i) {
@@ -499,7 +499,7 @@ private slots:
             auto *const mol = new SdcMol(nullptr);
             auto *const mcp = new SdcMcp(nullptr);
             mol->addSdcMcp(mcp);
-            ZelEllipseItemMcp *const item = ZelAutoLayout::makeItem(mcp, nullptr);
+            ZelEllipseItemMcp *const item = zel::layout::makeItem(mcp, nullptr);
             item->setRect(QRectF(-20.0, -30.0, 40.0, 60.0));
             mcp->addTag("P", "#336699");
             auto *const bst = new SdcBst(nullptr);
@@ -513,7 +513,7 @@ private slots:
             bond->addSdcBst(mol->getListSdcBst().first());
         cpx.addSdcBstBstCpx(bond);
 
-        ZelAutoLayout::arrangeComplex(&cpx);
+        zel::layout::arrangeComplex(&cpx);
 
         QList<int> codes;
         for (SdcMol *mol : cpx.getChildMolList()) {
@@ -540,7 +540,7 @@ private slots:
         SdcBstBstCpx *const bond = scene.addSdcBstBstCpx(first, second);
         cpx.addSdcBstBstCpx(bond);
 
-        ZelAutoLayout::arrangeComplex(&cpx);
+        zel::layout::arrangeComplex(&cpx);
 
         const ZelLineItemBstBst *const line = bond->getZelLineItemBstBst();
         QVERIFY(line);
@@ -555,19 +555,19 @@ private slots:
 
     void nothingToDrawIsNoFault()
     {
-        ZelAutoLayout::drawMolecule(nullptr, nullptr);
-        ZelAutoLayout::arrangeComplex(nullptr);
-        QVERIFY(!ZelAutoLayout::makeItem(nullptr, nullptr));
+        zel::layout::drawMolecule(nullptr, nullptr);
+        zel::layout::arrangeComplex(nullptr);
+        QVERIFY(!zel::layout::makeItem(nullptr, nullptr));
         SdcMol empty(nullptr);
-        ZelAutoLayout::drawMolecule(&empty, nullptr);
+        zel::layout::drawMolecule(&empty, nullptr);
         SdcCpx cpx(nullptr);
-        ZelAutoLayout::arrangeComplex(&cpx);
+        zel::layout::arrangeComplex(&cpx);
         // Molecules without items, and a bond without sites.
         auto *const mol = new SdcMol(nullptr);
         mol->addSdcMcp(new SdcMcp(nullptr));
         cpx.addSdcChild(mol, true);
         cpx.addSdcBstBstCpx(new SdcBstBstCpx(nullptr, &cpx));
-        ZelAutoLayout::arrangeComplex(&cpx);
+        zel::layout::arrangeComplex(&cpx);
         QVERIFY(!mol->getSdcMcpAtIndex(0)->getZelEllipseItemMcp());
     }
 };

@@ -3,9 +3,9 @@
 
 #include "support/ZelTest.h"
 
-#include "zelExchange/ZelAutoLayout.h"
 #include "zelExchange/ZelBnglExport.h"
 #include "zelExchange/ZelBnglParser.h"
+#include "zelLayout/AutoLayout.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
@@ -213,7 +213,7 @@ public:
             mcp->setProperty(SdcProperty::Name, part.name);
             mcp->setProperty(SdcProperty::ShortName, part.name);
             mol.addSdcMcp(mcp);
-            ZelAutoLayout::makeItem(mcp, nullptr);
+            zel::layout::makeItem(mcp, nullptr);
             for (const QString &feature : part.features)
                 mcp->addTag(feature, "#336699");
             for (const QString &site : part.sites) {
@@ -223,7 +223,7 @@ public:
                 mcp->addSdcBst(bst);
             }
         }
-        ZelAutoLayout::drawMolecule(&mol, nullptr);
+        zel::layout::drawMolecule(&mol, nullptr);
         QVERIFY(mol.saveToDb());
         m_ids.insert(name, mol.getPsiimId());
     }

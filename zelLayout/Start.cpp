@@ -1,6 +1,6 @@
-#include "zelExchange/ZelAutoLayoutStart.h"
+#include "zelLayout/Start.h"
 
-#include "zelExchange/ZelAutoLayoutGeometry.h"
+#include "zelLayout/Geometry.h"
 
 #include <algorithm>
 #include <cmath>

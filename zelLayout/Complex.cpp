@@ -1,8 +1,8 @@
-#include "zelExchange/ZelAutoLayoutComplex.h"
+#include "zelLayout/Complex.h"
 
-#include "zelExchange/ZelAutoLayoutArrangement.h"
-#include "zelExchange/ZelAutoLayoutGeometry.h"
-#include "zelExchange/ZelAutoLayoutMeasure.h"
+#include "zelLayout/Arrangement.h"
+#include "zelLayout/Geometry.h"
+#include "zelLayout/Measure.h"
 
 #include <QRectF>
 

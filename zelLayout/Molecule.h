@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelExchange/ZelExchangeExport.h"
+#include "zelLayout/ZelLayoutExport.h"
 
 #include <QPointF>
 
@@ -31,7 +31,7 @@ struct ComponentPlace
 /// Places a molecule's components: one alone, two side by side, more around a ring, always in
 /// chain order and clockwise from the top, about the origin. A component's sites lie evenly
 /// on the part of its rim that faces away from its neighbours.
-ZELEXCHANGE_EXPORT std::vector<ComponentPlace> placeComponents(
+ZELLAYOUT_EXPORT std::vector<ComponentPlace> placeComponents(
     const std::vector<ComponentNeeds> &components);
 
 } // namespace zel::layout

@@ -1,8 +1,8 @@
-#include "zelExchange/ZelAutoLayoutSeparate.h"
+#include "zelLayout/Separate.h"
 
-#include "zelExchange/ZelAutoLayoutFinish.h"
-#include "zelExchange/ZelAutoLayoutGeometry.h"
-#include "zelExchange/ZelAutoLayoutMeasure.h"
+#include "zelLayout/Finish.h"
+#include "zelLayout/Geometry.h"
+#include "zelLayout/Measure.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "zelExchange/ZelAutoLayoutDescent.h"
+#include "zelLayout/Descent.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelExchange/ZelAutoLayoutRelax.h"
+#include "zelLayout/Relax.h"
 
 #include <vector>
 

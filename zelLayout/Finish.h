@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelExchange/ZelAutoLayoutComplex.h"
+#include "zelLayout/Complex.h"
 
 #include <vector>
 

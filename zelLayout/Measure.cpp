@@ -1,6 +1,6 @@
-#include "zelExchange/ZelAutoLayoutMeasure.h"
+#include "zelLayout/Measure.h"
 
-#include "zelExchange/ZelAutoLayoutGeometry.h"
+#include "zelLayout/Geometry.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
-#include "zelExchange/ZelAutoLayoutFinish.h"
+#include "zelLayout/Finish.h"
 
-#include "zelExchange/ZelAutoLayoutGeometry.h"
-#include "zelExchange/ZelAutoLayoutMeasure.h"
+#include "zelLayout/Geometry.h"
+#include "zelLayout/Measure.h"
 
 #include <QRectF>
 #include <QSizeF>

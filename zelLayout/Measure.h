@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelExchange/ZelAutoLayoutComplex.h"
+#include "zelLayout/Complex.h"
 
 #include <QLineF>
 #include <QRectF>
@@ -9,13 +9,13 @@
 namespace zel::layout {
 
 /// Whether a bond joins sites that there are, of two bodies.
-ZELEXCHANGE_EXPORT bool isUsable(const std::vector<Body> &bodies, const BodyBond &bond);
+ZELLAYOUT_EXPORT bool isUsable(const std::vector<Body> &bodies, const BodyBond &bond);
 
 /// Bodies as they are placed, one placement each: what the measures below look at. Bonds that are
 /// not usable are left out.
 struct Drawing
 {
-    ZELEXCHANGE_EXPORT Drawing(const std::vector<Body> &bodies, const std::vector<BodyBond> &bonds,
+    ZELLAYOUT_EXPORT Drawing(const std::vector<Body> &bodies, const std::vector<BodyBond> &bonds,
         const std::vector<Placement> &placements);
 
     struct Part
@@ -34,14 +34,14 @@ struct Drawing
 };
 
 /// The least distance between the rims of two different bodies; negative when they overlap.
-ZELEXCHANGE_EXPORT double leastGap(const Drawing &drawing);
+ZELLAYOUT_EXPORT double leastGap(const Drawing &drawing);
 /// Whether the least distance is at least gap; stops at the first that is less.
-ZELEXCHANGE_EXPORT bool keepsGap(const Drawing &drawing, double gap);
+ZELLAYOUT_EXPORT bool keepsGap(const Drawing &drawing, double gap);
 /// Pairs of bonds whose lines cross.
-ZELEXCHANGE_EXPORT int countCrossings(const Drawing &drawing);
+ZELLAYOUT_EXPORT int countCrossings(const Drawing &drawing);
 /// How often a bond's line runs through a component, or through a site that it does not join.
-ZELEXCHANGE_EXPORT int countHits(const Drawing &drawing);
-ZELEXCHANGE_EXPORT QRectF boundsOf(const Drawing &drawing);
+ZELLAYOUT_EXPORT int countHits(const Drawing &drawing);
+ZELLAYOUT_EXPORT QRectF boundsOf(const Drawing &drawing);
 
 /// The bodies that bonds hold together, in the order of the first of each part.
 std::vector<std::vector<std::size_t>> connectedParts(

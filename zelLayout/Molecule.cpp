@@ -1,6 +1,6 @@
-#include "zelExchange/ZelAutoLayoutMolecule.h"
+#include "zelLayout/Molecule.h"
 
-#include "zelExchange/ZelAutoLayoutGeometry.h"
+#include "zelLayout/Geometry.h"
 
 #include <algorithm>
 #include <cmath>

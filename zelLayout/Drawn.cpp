@@ -1,4 +1,4 @@
-#include "zelExchange/ZelAutoLayoutDrawn.h"
+#include "zelLayout/Drawn.h"
 
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"

@@ -1,11 +1,11 @@
-#include "zelExchange/ZelAutoLayoutArrangement.h"
+#include "zelLayout/Arrangement.h"
 
-#include "zelExchange/ZelAutoLayoutFacing.h"
-#include "zelExchange/ZelAutoLayoutFinish.h"
-#include "zelExchange/ZelAutoLayoutGeometry.h"
-#include "zelExchange/ZelAutoLayoutMeasure.h"
-#include "zelExchange/ZelAutoLayoutRelax.h"
-#include "zelExchange/ZelAutoLayoutStart.h"
+#include "zelLayout/Facing.h"
+#include "zelLayout/Finish.h"
+#include "zelLayout/Geometry.h"
+#include "zelLayout/Measure.h"
+#include "zelLayout/Relax.h"
+#include "zelLayout/Start.h"
 
 #include <algorithm>
 #include <cmath>

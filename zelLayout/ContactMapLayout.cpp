@@ -1,8 +1,8 @@
-#include "zelExchange/ZelContactMapLayout.h"
+#include "zelLayout/ContactMapLayout.h"
 
-#include "zelExchange/ZelAutoLayoutDrawn.h"
-#include "zelExchange/ZelAutoLayoutMeasure.h"
-#include "zelExchange/ZelAutoLayoutSeparate.h"
+#include "zelLayout/Drawn.h"
+#include "zelLayout/Measure.h"
+#include "zelLayout/Separate.h"
 #include "zelModelSupport/graphics/ZelContactRoutes.h"
 #include "zelModelSupport/graphics/ZelSceneContactMap.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
@@ -303,7 +303,7 @@ private:
 
 } // namespace
 
-void ZelAutoLayout::arrangeContactMap(ZelSceneContactMap *scene)
+void zel::layout::arrangeContactMap(ZelSceneContactMap *scene)
 {
     if (scene && !scene->getListSdcMol().isEmpty())
         ContactMapLayout(scene).run();

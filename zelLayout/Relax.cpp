@@ -1,7 +1,7 @@
-#include "zelExchange/ZelAutoLayoutRelax.h"
+#include "zelLayout/Relax.h"
 
-#include "zelExchange/ZelAutoLayoutDescent.h"
-#include "zelExchange/ZelAutoLayoutGeometry.h"
+#include "zelLayout/Descent.h"
+#include "zelLayout/Geometry.h"
 
 #include <algorithm>
 #include <cmath>

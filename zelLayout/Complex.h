@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelExchange/ZelExchangeExport.h"
+#include "zelLayout/ZelLayoutExport.h"
 
 #include <QPointF>
 
@@ -52,7 +52,7 @@ struct Placement
     bool mirrored = false;
 
     /// The vector without the move.
-    ZELEXCHANGE_EXPORT QPointF turned(const QPointF &vector) const;
+    ZELLAYOUT_EXPORT QPointF turned(const QPointF &vector) const;
     QPointF map(const QPointF &point) const { return centre + turned(point); }
 };
 
@@ -60,7 +60,7 @@ struct Placement
 /// each other, few bonds cross, and the whole is no long strip. Bonds with a bad index or within
 /// one body count for nothing. The same input gives the same result, and the work is bounded:
 /// bodies beyond what can be laid out well are put in rows.
-ZELEXCHANGE_EXPORT std::vector<Placement> arrangeBodies(
+ZELLAYOUT_EXPORT std::vector<Placement> arrangeBodies(
     const std::vector<Body> &bodies, const std::vector<BodyBond> &bonds);
 
 } // namespace zel::layout

@@ -1,6 +1,6 @@
-#include "zelExchange/ZelAutoLayoutFacing.h"
+#include "zelLayout/Facing.h"
 
-#include "zelExchange/ZelAutoLayoutGeometry.h"
+#include "zelLayout/Geometry.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
-#include "zelExchange/ZelAutoLayout.h"
+#include "zelLayout/AutoLayout.h"
 
-#include "zelExchange/ZelAutoLayoutComplex.h"
-#include "zelExchange/ZelAutoLayoutDrawn.h"
-#include "zelExchange/ZelAutoLayoutMolecule.h"
+#include "zelLayout/Complex.h"
+#include "zelLayout/Drawn.h"
+#include "zelLayout/Molecule.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelScene.h"
@@ -59,7 +59,7 @@ float hueAt(int index)
 
 } // namespace
 
-ZelEllipseItemMcp *ZelAutoLayout::makeItem(SdcMcp *mcp, ZelScene *scene)
+ZelEllipseItemMcp *zel::layout::makeItem(SdcMcp *mcp, ZelScene *scene)
 {
     if (!mcp)
         return nullptr;
@@ -75,8 +75,7 @@ ZelEllipseItemMcp *ZelAutoLayout::makeItem(SdcMcp *mcp, ZelScene *scene)
     return item;
 }
 
-void ZelAutoLayout::drawMolecule(
-    SdcMol *mol, ZelScene *scene, const QList<QPair<int, int>> &backbone)
+void zel::layout::drawMolecule(SdcMol *mol, ZelScene *scene, const QList<QPair<int, int>> &backbone)
 {
     if (!mol)
         return;
@@ -104,7 +103,7 @@ void ZelAutoLayout::drawMolecule(
         refreshDrawn(mcp);
 }
 
-void ZelAutoLayout::drawMolecule(SdcMol *mol, ZelScene *scene)
+void zel::layout::drawMolecule(SdcMol *mol, ZelScene *scene)
 {
     QList<QPair<int, int>> chain;
     const qsizetype count = mol ? mol->getListSdcMcp().size() : 0;
@@ -113,7 +112,7 @@ void ZelAutoLayout::drawMolecule(SdcMol *mol, ZelScene *scene)
     drawMolecule(mol, scene, chain);
 }
 
-void ZelAutoLayout::arrangeComplex(SdcCpx *cpx)
+void zel::layout::arrangeComplex(SdcCpx *cpx)
 {
     if (!cpx)
         return;
@@ -152,12 +151,12 @@ void ZelAutoLayout::arrangeComplex(SdcCpx *cpx)
     }
 }
 
-QColor ZelAutoLayout::colorAt(int index)
+QColor zel::layout::colorAt(int index)
 {
     return QColor::fromHsvF(hueAt(index), 0.35F, 0.95F);
 }
 
-QColor ZelAutoLayout::featureColorAt(int index)
+QColor zel::layout::featureColorAt(int index)
 {
     return QColor::fromHsvF(hueAt(index), 0.75F, 0.7F);
 }
