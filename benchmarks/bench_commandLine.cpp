@@ -6,8 +6,8 @@
 #include "exchange/ClosedFamily.h"
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelExchange/ZelBnglImport.h"
-#include "zelExchange/ZelBnglParser.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
+#include "zelExchange/import/ZelBnglImport.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

@@ -2,7 +2,7 @@
 
 #include "support/ZelBenchmark.h"
 
-#include "zelExchange/ZelBnglParser.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
 
 #include <QByteArray>
 #include <QJsonDocument>

@@ -2,8 +2,8 @@
 // written in a form that reads back as the same.
 #include "FuzzModel.h"
 
-#include "zelExchange/ZelBnglParser.h"
-#include "zelExchange/ZelBnglWriter.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
+#include "zelExchange/export/ZelBnglWriter.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -5,9 +5,9 @@
 
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelExchange/ZelBnglExport.h"
-#include "zelExchange/ZelBnglImport.h"
-#include "zelExchange/ZelBnglParser.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
+#include "zelExchange/export/ZelBnglExport.h"
+#include "zelExchange/import/ZelBnglImport.h"
 
 namespace {
 

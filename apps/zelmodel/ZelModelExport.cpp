@@ -1,7 +1,7 @@
 #include "apps/zelmodel/ZelModelCommand.h"
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
-#include "zelExchange/ZelBnglExport.h"
+#include "zelExchange/export/ZelBnglExport.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

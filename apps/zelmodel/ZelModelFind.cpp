@@ -2,7 +2,7 @@
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
 #include "zelDb/ZelDb.h"
-#include "zelExchange/ZelBnglParser.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
 #include "zelSpecies/SpeciesReader.h"
 
 #include <QHash>

@@ -1,7 +1,7 @@
 #include "apps/zelmodel/ZelModelCommand.h"
 #include "apps/zelmodel/ZelModelRun.h"
 #include "apps/zelmodel/ZelModelText.h"
-#include "zelExchange/ZelBnglImport.h"
+#include "zelExchange/import/ZelBnglImport.h"
 
 #include <QFile>
 #include <QFileInfo>

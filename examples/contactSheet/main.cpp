@@ -4,7 +4,7 @@
 #include <zelDb/ZelDbSqlite.h>
 #include <zelDb/ZelDbSqliteModel.h>
 #include <zelDb/ZelDbTypes.h>
-#include <zelExchange/ZelBnglImport.h>
+#include <zelExchange/import/ZelBnglImport.h>
 #include <zelModelSupport/support/zgs.h>
 
 #include <QApplication>

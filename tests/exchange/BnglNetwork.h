@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelExchange/ZelBnglModel.h"
+#include "zelExchange/bngl/ZelBnglModel.h"
 
 #include <QHash>
 #include <QMap>

@@ -1,6 +1,6 @@
 #include "ImportStage.h"
 
-#include "zelExchange/ZelBnglParser.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
 
 #include <QHash>
 

@@ -2,8 +2,8 @@
 
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelExchange/ZelBnglImport.h"
-#include "zelExchange/ZelBnglModel.h"
+#include "zelExchange/bngl/ZelBnglModel.h"
+#include "zelExchange/import/ZelBnglImport.h"
 
 #include <QRandomGenerator>
 #include <QStringList>

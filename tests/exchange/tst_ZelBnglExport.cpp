@@ -3,8 +3,8 @@
 
 #include "support/ZelTest.h"
 
-#include "zelExchange/ZelBnglExport.h"
-#include "zelExchange/ZelBnglParser.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
+#include "zelExchange/export/ZelBnglExport.h"
 #include "zelLayout/AutoLayout.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"

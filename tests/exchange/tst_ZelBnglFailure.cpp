@@ -3,7 +3,7 @@
 
 #include "support/ZelTest.h"
 
-#include "zelExchange/ZelBnglParser.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
 
 #include <QCoreApplication>
 #include <QFile>

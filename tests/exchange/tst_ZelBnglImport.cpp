@@ -2,7 +2,7 @@
 
 #include "support/ZelTest.h"
 
-#include "zelExchange/ZelBnglParser.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #include "support/ZelTest.h"
 
-#include "zelExchange/ZelBnglParser.h"
-#include "zelExchange/ZelBnglWriter.h"
+#include "zelExchange/bngl/ZelBnglParser.h"
+#include "zelExchange/export/ZelBnglWriter.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
