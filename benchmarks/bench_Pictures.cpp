@@ -3,6 +3,7 @@
 #include "bench_ReactionModel.h"
 #include "support/ZelBenchmark.h"
 
+#include "apps/zelmodel/ZelModelPng.h"
 #include "zelModelSupport/support/zgs.h"
 
 #include <QFile>
@@ -27,7 +28,7 @@ void draw(benchmark::State &state, bool cached)
         for (const QString &id : model.associations()) {
             const QPixmap picture = zgs::getPixMapForAssociation(
                 id, ComplexSize, model.db(), cached ? &cache : nullptr);
-            if (zgs::getPngFromPixMap(picture).isEmpty())
+            if (ZelModelPng::bytesOf(picture.toImage()).isEmpty())
                 state.SkipWithError("no picture");
         }
     }

@@ -1,16 +1,13 @@
 #include "apps/zelmodel/ZelModelDrawing.h"
 
+#include "apps/zelmodel/ZelModelPng.h"
 #include "apps/zelmodel/ZelModelSvg.h"
-#include "zelModelSupport/support/zgs.h"
 
 #include <QBuffer>
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QPixmap>
 #include <QSvgGenerator>
-
-#include <utility>
 
 namespace {
 
@@ -51,7 +48,7 @@ QByteArray ZelModelDrawing::toPng(double scale, const QColor &background) const
     painter.scale(scale, scale);
     paintOn(&painter, background);
     painter.end();
-    return zgs::getPngFromPixMap(QPixmap::fromImage(std::move(image)));
+    return ZelModelPng::bytesOf(image);
 }
 
 QByteArray ZelModelDrawing::toSvg(

@@ -6,7 +6,6 @@
 
 #include <QApplication>
 #include <QProcess>
-#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cmath>
@@ -32,25 +31,6 @@ QString text(const char *latin1)
 QRect columns(int left, int width)
 {
     return {left, 0, width, Size.height()};
-}
-
-/// Pixels of a few colours in runs of random lengths, some of them as in the line above.
-QPixmap noise(const QSize &size, int longestRun)
-{
-    QRandomGenerator random(5);
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < size.height(); ++y) {
-        auto *const line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < size.width();) {
-            const bool repeats = y > 0 && random.bounded(3) == 0;
-            const QRgb color = qPremultiply((random.generate() & 0x3f7f7f7f) * 2);
-            const int end = std::min(x + 1 + random.bounded(longestRun), size.width());
-            for (; x < end; ++x)
-                line[x] =
-                    repeats ? reinterpret_cast<const QRgb *>(image.constScanLine(y - 1))[x] : color;
-        }
-    }
-    return QPixmap::fromImage(image);
 }
 
 /// What a screen of two pixels per point gets: the sizes in pixels and the ratio.
@@ -296,33 +276,6 @@ private slots:
             QCoreApplication::applicationFilePath(), {text("--child"), text("pictureAtTwo")});
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitCode(), 0);
-    }
-
-    void becomesAFile_data()
-    {
-        QTest::addColumn<QPixmap>("picture");
-        ReactionStage stage;
-        QTest::newRow("a reaction")
-            << zgs::getPixMapForAssociation(text("cai1"), Size, &stage.db, nullptr);
-        QPixmap one(1, 1);
-        one.fill(QColor(10, 20, 30, 128));
-        QTest::newRow("one pixel") << one;
-        QTest::newRow("noise") << noise(QSize(70, 40), 1);
-        QTest::newRow("long runs") << noise(QSize(700, 9), 40);
-        QTest::newRow("lines too long to refer to the one above") << noise(QSize(9000, 4), 100);
-    }
-    void becomesAFile()
-    {
-        QFETCH(QPixmap, picture);
-        QImage read;
-        QVERIFY(read.loadFromData(zgs::getPngFromPixMap(picture), "PNG"));
-        const QImage drawn = picture.toImage();
-        QCOMPARE(read.size(), drawn.size());
-        for (int y = 0; y < drawn.height(); ++y) {
-            for (int x = 0; x < drawn.width(); ++x)
-                QCOMPARE(read.pixel(x, y), qUnpremultiply(drawn.pixel(x, y)));
-        }
-        QVERIFY(zgs::getPngFromPixMap(QPixmap()).isEmpty());
     }
 };
 

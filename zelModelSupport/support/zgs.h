@@ -106,8 +106,4 @@ ZELMODELSUPPORT_EXPORT QPixmap getPixMapForDegradation(const QString &psiimId,
     const QSize &complexSize, ZelDbSqliteModel *zelDbSqliteModel,
     QHash<QString, QPixmap> *psiim2Pixmap);
 
-/// The picture as a PNG file's content, for reports of many pictures: a tenth of the time of the
-/// toolkit's own writer. Empty for a null picture.
-ZELMODELSUPPORT_EXPORT QByteArray getPngFromPixMap(const QPixmap &picture);
-
 } // namespace zgs
