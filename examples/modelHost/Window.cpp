@@ -227,8 +227,9 @@ void Window::save()
     editor->prepare();
     if (!askName(editor))
         return;
-    Sdc *const rated = editor->rated();
-    if (rated && rated->isSdcMli() && !rated->toSdcMli()->canSave())
+    // Without rates it cannot be saved; without a bond they would be asked for in vain.
+    SdcMli *const mli = editor->sdc()->toSdcMli();
+    if (mli && !mli->canSave() && !mli->getListSdcBstBstMli().isEmpty())
         editRates();
     const QString reason = editor->save();
     if (!reason.isEmpty()) {

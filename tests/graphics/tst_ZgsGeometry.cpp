@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDomDocument>
 #include <QMessageBox>
+#include <QSignalSpy>
 #include <QTimer>
 
 #include <cmath>
@@ -155,6 +156,8 @@ private slots:
             icon = box->icon();
             box->accept();
         });
+        QSignalSpy refused(qobject_cast<ZelScene *>(a->getZelEllipseItemMcp()->scene()),
+            &ZelScene::signal_refused);
         QVERIFY(!(flip ? zgs::flipY({a, b}, true) : zgs::rotate({a, b}, angle, true)));
         const QString verb = flip ? "flip" : "rotate";
         QCOMPARE(text,
@@ -163,6 +166,7 @@ private slots:
                 "the other(s) and %1 again.")
                 .arg(verb));
         QCOMPARE(icon, int(QMessageBox::Information));
+        QCOMPARE(refused, QList<QVariantList>{{text}});
         QCOMPARE(a->getZelEllipseItemMcp()->pos(), aBefore);
         QCOMPARE(b->getZelEllipseItemMcp()->pos(), bBefore);
         QCOMPARE(bst->getZelEllipseItemBst()->pos(), siteBefore);
