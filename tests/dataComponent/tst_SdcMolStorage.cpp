@@ -227,6 +227,8 @@ private slots:
         QCOMPARE(takeDebugText(),
             "Error found at bool SdcMol::saveToDb(): component 'TK' has two features named "
             "'Y1068', rename one of them");
+        QCOMPARE(mol->getRefusal(),
+            "Component 'TK' has two features named 'Y1068', rename one of them.");
         // Nothing is written and nothing is given.
         QCOMPARE(mol->getPsiimId(), id);
         QCOMPARE(model.db.molGetHashInfo(id).value(4), isRenamed ? "EGFR \"x\" <&>" : QString());

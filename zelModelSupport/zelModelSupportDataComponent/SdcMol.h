@@ -46,8 +46,8 @@ public:
     /// Writes the molecule and all it holds, giving ids to what has none, and removes stored parts
     /// that it no longer holds. False when a statement failed or when such a part is still used;
     /// the database model's error text says why. The statements run in one transaction, nested in
-    /// the host's if there is one. False, too, with the reason as debug line and nothing changed,
-    /// while two features of a component have one name: stored by name, they would become one.
+    /// the host's if there is one. False, too, with nothing changed, while two features of a
+    /// component have one name: stored by name, they would become one. getRefusal() says why.
     bool saveToDb();
     /// Builds the molecule from its records and its layout element, shifted by refPos. Without a
     /// scene the same items are made in none; the molecule then deletes those that no scene has
