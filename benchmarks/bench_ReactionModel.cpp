@@ -1,12 +1,12 @@
 #include "bench_ReactionModel.h"
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
 #include "zelModelSupport/graphics/ZelLineItemMcpMcp.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelSceneSideWindow.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"

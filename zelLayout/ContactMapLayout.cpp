@@ -3,8 +3,8 @@
 #include "zelLayout/Drawn.h"
 #include "zelLayout/Measure.h"
 #include "zelLayout/Separate.h"
-#include "zelModelSupport/graphics/ZelContactRoutes.h"
-#include "zelModelSupport/graphics/ZelSceneContactMap.h"
+#include "zelModelSupport/graphics/contact/ZelContactRoutes.h"
+#include "zelModelSupport/graphics/contact/ZelSceneContactMap.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
 

@@ -1,7 +1,7 @@
 #include "apps/zelmodel/ZelModelContactMap.h"
 
 #include "zelLayout/ContactMapLayout.h"
-#include "zelModelSupport/graphics/ZelSceneContactMap.h"
+#include "zelModelSupport/graphics/contact/ZelSceneContactMap.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <zelDb/ZelDbSqliteModel.h>
 #include <zelModelSupport/graphics/ZelScene.h>
-#include <zelModelSupport/graphics/ZelSceneState.h>
+#include <zelModelSupport/graphics/scene/ZelSceneState.h>
 #include <zelModelSupport/zelModelSupportDataComponent/Sdc.h>
 
 #include <QList>

@@ -2,7 +2,7 @@
 
 #include <zelModelSupport/graphics/ZelEllipseItemMcp.h>
 #include <zelModelSupport/graphics/ZelGraphicsViewZoom.h>
-#include <zelModelSupport/graphics/ZelSceneEditing.h>
+#include <zelModelSupport/graphics/scene/ZelSceneEditing.h>
 #include <zelModelSupport/graphics/ZelSceneMol.h>
 #include <zelModelSupport/support/ZelDialogs.h>
 #include <zelModelSupport/support/zgs.h>

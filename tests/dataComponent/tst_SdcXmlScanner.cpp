@@ -1,7 +1,7 @@
 #include "support/ZelTest.h"
 
-#include "zelModelSupport/zelModelSupportDataComponent/SdcXml.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcXmlScanner.h"
+#include "zelModelSupport/zelModelSupportDataComponent/layout/SdcXml.h"
+#include "zelModelSupport/zelModelSupportDataComponent/layout/SdcXmlScanner.h"
 
 #include <QRandomGenerator>
 #include <QXmlStreamReader>

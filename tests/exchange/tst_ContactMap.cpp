@@ -6,7 +6,7 @@
 #include "zelLayout/ContactMapLayout.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelSceneContactMap.h"
+#include "zelModelSupport/graphics/contact/ZelSceneContactMap.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"

@@ -1,7 +1,7 @@
 #include "support/ZelTest.h"
 
-#include "zelModelSupport/graphics/ZelContactNames.h"
-#include "zelModelSupport/graphics/ZelContactRoutes.h"
+#include "zelModelSupport/graphics/contact/ZelContactNames.h"
+#include "zelModelSupport/graphics/contact/ZelContactRoutes.h"
 
 #include <algorithm>
 #include <cmath>

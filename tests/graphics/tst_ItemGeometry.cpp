@@ -1,5 +1,5 @@
 #include "support/ZelTest.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/paint/ZelItemGeometry.h"
 
 #include <QPainterPath>
 #include <QRandomGenerator>

@@ -1,7 +1,7 @@
 #include "SceneStage.h"
 #include "support/ZelTest.h"
 #include "zelModelSupport/graphics/ZelSceneMol.h"
-#include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 #include "zelModelSupport/support/zgs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"

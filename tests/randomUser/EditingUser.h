@@ -2,7 +2,7 @@
 
 #include "RandomModel.h"
 #include "SceneUser.h"
-#include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 
 #include <QPointer>
 

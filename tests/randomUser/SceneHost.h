@@ -3,7 +3,7 @@
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelDb/ZelDbTypes.h"
-#include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 
 #include <QGraphicsView>
 #include <QObject>

@@ -6,7 +6,7 @@
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/ZelScene.h"
-#include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"

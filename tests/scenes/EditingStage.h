@@ -9,7 +9,7 @@
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
-#include "zelModelSupport/graphics/ZelSceneEditing.h"
+#include "zelModelSupport/graphics/scene/ZelSceneEditing.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"

@@ -1,7 +1,7 @@
 #include "EditingStage.h"
 #include "zelModelSupport/graphics/ZelLineItemBstBstCpx.h"
 #include "zelModelSupport/graphics/ZelSceneCpx.h"
-#include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 

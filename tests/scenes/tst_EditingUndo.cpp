@@ -3,7 +3,7 @@
 #include "zelModelSupport/graphics/ZelSceneCxi.h"
 #include "zelModelSupport/graphics/ZelSceneMli.h"
 #include "zelModelSupport/graphics/ZelSceneMol.h"
-#include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"

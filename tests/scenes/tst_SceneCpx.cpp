@@ -1,7 +1,7 @@
 #include "EditingStage.h"
 #include "zelModelSupport/graphics/ZelSceneCpxTemp.h"
 #include "zelModelSupport/graphics/ZelSceneMol.h"
-#include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"

@@ -2,8 +2,8 @@
 
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
-#include "zelModelSupport/graphics/ZelItemPainting.h"
+#include "zelModelSupport/graphics/paint/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/paint/ZelItemPainting.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 

@@ -1,9 +1,9 @@
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
-#include "zelModelSupport/graphics/ZelGlow.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
-#include "zelModelSupport/graphics/ZelItemPainting.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelGlow.h"
+#include "zelModelSupport/graphics/paint/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/paint/ZelItemPainting.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 
 #include <QApplication>

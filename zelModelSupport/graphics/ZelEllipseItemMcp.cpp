@@ -1,9 +1,9 @@
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
 
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
 #include "zelModelSupport/graphics/ZelLineItemMcpMcp.h"
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
+#include "zelModelSupport/graphics/paint/ZelItemGeometry.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItem.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
 
 #include <array>
 

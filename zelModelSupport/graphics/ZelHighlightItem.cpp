@@ -1,10 +1,10 @@
 #include "zelModelSupport/graphics/ZelHighlightItem.h"
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItem.h"
-#include "zelModelSupport/graphics/ZelGlow.h"
 #include "zelModelSupport/graphics/ZelLineItem.h"
 #include "zelModelSupport/graphics/ZelRectItem.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelGlow.h"
 
 #include <QApplication>
 #include <QGraphicsEllipseItem>

@@ -1,7 +1,7 @@
 #include "zelModelSupport/graphics/ZelLineItem.h"
 
 #include "zelModelSupport/graphics/ZelHighlightItem.h"
-#include "zelModelSupport/graphics/ZelItemPainting.h"
+#include "zelModelSupport/graphics/paint/ZelItemPainting.h"
 
 #include <QLineF>
 #include <QPen>

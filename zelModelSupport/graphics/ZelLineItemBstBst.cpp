@@ -1,9 +1,9 @@
 #include "zelModelSupport/graphics/ZelLineItemBstBst.h"
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItemBst.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelItemGeometry.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 

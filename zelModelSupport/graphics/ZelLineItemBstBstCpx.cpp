@@ -1,7 +1,7 @@
 #include "zelModelSupport/graphics/ZelLineItemBstBstCpx.h"
 
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 
 #include <QDebug>

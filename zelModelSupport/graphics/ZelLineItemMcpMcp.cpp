@@ -1,8 +1,8 @@
 #include "zelModelSupport/graphics/ZelLineItemMcpMcp.h"
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelItemGeometry.h"
 
 #include <utility>
 

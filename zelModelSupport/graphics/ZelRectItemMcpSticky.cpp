@@ -1,9 +1,9 @@
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
 #include "zelModelSupport/graphics/ZelEllipseItemMcp.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
-#include "zelModelSupport/graphics/ZelItemPainting.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/paint/ZelItemPainting.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 

@@ -1,6 +1,6 @@
 #include "zelModelSupport/graphics/ZelRectItemWithText.h"
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
 
 #include <QFont>

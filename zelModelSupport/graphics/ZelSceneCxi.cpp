@@ -1,9 +1,9 @@
 #include "zelModelSupport/graphics/ZelSceneCxi.h"
 
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelDrawing.h"
-#include "zelModelSupport/graphics/ZelSceneCxiResult.h"
-#include "zelModelSupport/graphics/ZelSceneState.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
+#include "zelModelSupport/graphics/scene/ZelSceneCxiResult.h"
+#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelModelSupport/graphics/ZelSceneEditing.h"
+#include "zelModelSupport/graphics/scene/ZelSceneEditing.h"
 
 class SdcBstBstMli;
 class SdcMli;

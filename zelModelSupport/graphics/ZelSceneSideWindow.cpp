@@ -4,10 +4,10 @@
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxLoader.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/complex/SdcCpxLoader.h"
+#include "zelModelSupport/zelModelSupportDataComponent/complex/SdcCpxStateCode.h"
+#include "zelModelSupport/zelModelSupportDataComponent/layout/SdcLayout.h"
 
 #include <QDebug>
 

@@ -1,6 +1,6 @@
 #include "zelModelSupport/graphics/ZelTextItemLabel.h"
 
-#include "zelModelSupport/graphics/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
 
 #include <QFont>

@@ -2,15 +2,15 @@
 
 #include "zelDb/ZelDbSqlite.h"
 #include "zelDb/ZelDbSqliteModel.h"
-#include "zelModelSupport/graphics/ZelDrawing.h"
-#include "zelModelSupport/graphics/ZelItemGeometry.h"
-#include "zelModelSupport/graphics/ZelItemPainting.h"
+#include "zelModelSupport/graphics/paint/ZelDrawing.h"
+#include "zelModelSupport/graphics/paint/ZelItemGeometry.h"
+#include "zelModelSupport/graphics/paint/ZelItemPainting.h"
 #include "zelModelSupport/zelModelSupportDataComponent/Sdc.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcLayout.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcMolType.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcXml.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcXmlScanner.h"
+#include "zelModelSupport/zelModelSupportDataComponent/complex/SdcCpxStateCode.h"
+#include "zelModelSupport/zelModelSupportDataComponent/layout/SdcLayout.h"
+#include "zelModelSupport/zelModelSupportDataComponent/layout/SdcXml.h"
+#include "zelModelSupport/zelModelSupportDataComponent/layout/SdcXmlScanner.h"
+#include "zelModelSupport/zelModelSupportDataComponent/storage/SdcMolType.h"
 
 #include <QGraphicsLineItem>
 #include <QPainter>

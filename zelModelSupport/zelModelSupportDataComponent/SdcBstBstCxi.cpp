@@ -5,7 +5,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
+#include "zelModelSupport/zelModelSupportDataComponent/storage/SdcReactionStorage.h"
 
 #include <QDebug>
 #include <QDomDocument>

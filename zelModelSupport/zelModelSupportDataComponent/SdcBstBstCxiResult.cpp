@@ -6,7 +6,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCxi.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
+#include "zelModelSupport/zelModelSupportDataComponent/storage/SdcReactionStorage.h"
 
 #include <QDomDocument>
 #include <QHash>

@@ -5,10 +5,10 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxConnectivity.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
+#include "zelModelSupport/zelModelSupportDataComponent/complex/SdcCpxConnectivity.h"
+#include "zelModelSupport/zelModelSupportDataComponent/storage/SdcReactionStorage.h"
 
 #include <QSet>
 

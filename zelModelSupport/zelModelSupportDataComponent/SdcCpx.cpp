@@ -5,12 +5,12 @@
 #include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxConnectivity.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxRanking.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCode.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpxStateCodeWriter.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
+#include "zelModelSupport/zelModelSupportDataComponent/complex/SdcCpxConnectivity.h"
+#include "zelModelSupport/zelModelSupportDataComponent/complex/SdcCpxRanking.h"
+#include "zelModelSupport/zelModelSupportDataComponent/complex/SdcCpxStateCode.h"
+#include "zelModelSupport/zelModelSupportDataComponent/complex/SdcCpxStateCodeWriter.h"
 
 #include <QDebug>
 

@@ -8,7 +8,7 @@
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstMli.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
+#include "zelModelSupport/zelModelSupportDataComponent/storage/SdcReactionStorage.h"
 
 #include <QDebug>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelModelSupport/zelModelSupportDataComponent/SdcMolType.h"
+#include "zelModelSupport/zelModelSupportDataComponent/storage/SdcMolType.h"
 
 #include <QBrush>
 #include <QPointF>

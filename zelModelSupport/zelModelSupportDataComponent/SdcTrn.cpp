@@ -3,7 +3,7 @@
 #include "zelDb/ZelDbSqliteModel.h"
 #include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcReactionStorage.h"
+#include "zelModelSupport/zelModelSupportDataComponent/storage/SdcReactionStorage.h"
 
 using namespace SdcReactionStorage;
 
