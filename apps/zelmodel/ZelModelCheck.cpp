@@ -1,3 +1,5 @@
+#include "apps/zelmodel/ZelModelCheck.h"
+
 #include "apps/zelmodel/ZelModelCommand.h"
 #include "apps/zelmodel/ZelModelDetails.h"
 #include "apps/zelmodel/ZelModelRun.h"
@@ -24,12 +26,7 @@ namespace C = ZelDbColumn;
 constexpr qsizetype LongestName = 80;
 constexpr qsizetype MostNamed = 5;
 
-struct Finding
-{
-    const char *check;
-    QString id; ///< of a record that it is about; may be empty
-    QString text;
-};
+using Finding = ZelModelFinding;
 
 /// "mol1, mol2 and 3 more"
 QString idList(const QStringList &ids)
@@ -44,11 +41,14 @@ QString idList(const QStringList &ids)
 class Checker
 {
 public:
-    explicit Checker(ZelModelRun &run) : m_run(run), m_db(run.db()), m_details(run.db()) { }
+    Checker(ZelDbSqlite &file, ZelDbSqliteModel &db, const ZelModelCheckProgress &progress)
+        : m_file(file), m_db(db), m_progress(progress), m_details(db)
+    {
+    }
 
     bool run()
     {
-        const QStringList problems = m_run.file().checkIntegrity();
+        const QStringList problems = m_file.checkIntegrity();
         for (const QString &problem : problems)
             add("integrity", QString(), problem);
         for (const ZelModelKind &kind : ZelModelKinds::all()) {
@@ -97,8 +97,9 @@ private:
     QString siteKey(const QString &bst) const;
     QString untranslatedHint() const;
 
-    ZelModelRun &m_run;
+    ZelDbSqlite &m_file;
     ZelDbSqliteModel &m_db;
+    const ZelModelCheckProgress &m_progress;
     ZelModelDetails m_details;
     std::vector<Alias> m_aliases;
     QHash<QString, std::size_t> m_aliasOfId;
@@ -320,8 +321,8 @@ bool Checker::checkReach()
     const QString hint = untranslatedHint();
     qint64 done = 0;
     for (const Alias &alias : m_aliases) {
-        m_run.advance(
-            QStringLiteral("Checking species"), ++done, static_cast<qint64>(m_aliases.size()));
+        if (m_progress)
+            m_progress(++done, static_cast<qint64>(m_aliases.size()));
         if (!alias.isSpecies || m_used.contains(alias.id) || alias.species.mols.empty())
             continue;
         const bool isReached =
@@ -380,11 +381,13 @@ int runCheck(ZelModelRun &run)
 {
     if (!run.openModel(run.argument(0)))
         return ZelModelRun::Failed;
-    Checker checker(run);
-    if (!checker.run() && checker.findings().isEmpty())
+    QList<Finding> findings;
+    const auto progress = [&run](qint64 done, qint64 total) {
+        run.advance(QStringLiteral("Checking species"), done, total);
+    };
+    if (!checkModel(run.file(), run.db(), &findings, progress) && findings.isEmpty())
         return run.fail(run.db().errorText());
     run.clearProgress();
-    const QList<Finding> &findings = checker.findings();
     if (run.isSet("json")) {
         run.beginList();
         for (const Finding &finding : findings) {
@@ -413,6 +416,15 @@ constexpr ZelModelExample examples[] = {
 };
 
 } // namespace
+
+bool checkModel(ZelDbSqlite &file, ZelDbSqliteModel &db, QList<ZelModelFinding> *findings,
+    const ZelModelCheckProgress &progress)
+{
+    Checker checker(file, db, progress);
+    const bool read = checker.run();
+    *findings = checker.findings();
+    return read;
+}
 
 constexpr ZelModelCommand checkCommand = {"check", "<model>", 1, 1,
     "say what is wrong with a model",
