@@ -13,29 +13,29 @@ namespace {
 
 constexpr int Patience = 3; // a disabled entry closes nothing
 
+/// The first of the two may destroy the widget.
+template <typename Event>
+void sendBoth(const QPointer<QWidget> &target, Event first, Event second)
+{
+    QApplication::sendEvent(target, &first);
+    if (target)
+        QApplication::sendEvent(target, &second);
+}
+
 void press(QWidget *widget, Qt::Key key)
 {
-    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier);
-    QPointer<QWidget> target = widget;
-    QApplication::sendEvent(target, &down);
-    if (!target)
-        return;
-    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier);
-    QApplication::sendEvent(target, &up);
+    sendBoth(widget, QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier),
+        QKeyEvent(QEvent::KeyRelease, key, Qt::NoModifier));
 }
 
 void click(QWidget *widget, const QPoint &pos)
 {
-    QPointer<QWidget> target = widget;
     const QPointF global = widget->mapToGlobal(QPointF(pos));
-    QMouseEvent down(
-        QEvent::MouseButtonPress, pos, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &down);
-    if (!target)
-        return;
-    QMouseEvent up(
-        QEvent::MouseButtonRelease, pos, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &up);
+    sendBoth(widget,
+        QMouseEvent(
+            QEvent::MouseButtonPress, pos, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier),
+        QMouseEvent(
+            QEvent::MouseButtonRelease, pos, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier));
 }
 
 } // namespace
@@ -74,8 +74,8 @@ void PopupUser::act()
         answer(menu);
     else if (auto *dialog = qobject_cast<QColorDialog *>(widget))
         answer(dialog);
-    else if (auto *box = qobject_cast<QMessageBox *>(widget))
-        answer(box);
+    else if (qobject_cast<QMessageBox *>(widget))
+        press(widget, m_dice->chance(50) ? Qt::Key_Return : Qt::Key_Escape);
     else
         widget->close();
 }
@@ -113,10 +113,4 @@ void PopupUser::answer(QColorDialog *dialog)
         dialog->accept();
     else
         dialog->reject();
-}
-
-void PopupUser::answer(QMessageBox *box)
-{
-    m_log(QStringLiteral("close the message"));
-    press(box, m_dice->chance(50) ? Qt::Key_Return : Qt::Key_Escape);
 }

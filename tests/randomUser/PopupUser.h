@@ -9,7 +9,6 @@
 
 class QColorDialog;
 class QMenu;
-class QMessageBox;
 class QWidget;
 class RandomDice;
 
@@ -30,7 +29,6 @@ private:
     void act();
     void answer(QMenu *menu);
     void answer(QColorDialog *dialog);
-    void answer(QMessageBox *box);
 
     RandomDice *m_dice;
     std::function<void(const QString &)> m_log;

@@ -10,7 +10,6 @@
 #include "zelModelSupport/graphics/ZelSceneCxi.h"
 #include "zelModelSupport/graphics/ZelSceneMol.h"
 #include "zelModelSupport/graphics/ZelSceneSideWindow.h"
-#include "zelModelSupport/support/zgs.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
@@ -19,8 +18,6 @@
 
 #include <QApplication>
 #include <QHelpEvent>
-#include <QKeyEvent>
-#include <QStandardItem>
 
 #include <algorithm>
 #include <cmath>
@@ -29,12 +26,6 @@ namespace {
 
 constexpr std::size_t MostWindows = 4;
 constexpr std::size_t MostScenes = 3;
-constexpr double Hair = 1e-9; // that rounding may decide otherwise at a limit
-
-double scaleOf(QGraphicsView *view)
-{
-    return view->transform().m11();
-}
 
 /// Whose items can be moved by the mouse.
 bool isEdited(ZelScene *scene)
@@ -84,8 +75,8 @@ ViewUser::~ViewUser()
 QList<QGraphicsView *> ViewUser::views() const
 {
     QList<QGraphicsView *> list;
-    for (const Window &window : m_windows)
-        list.append(window.view.get());
+    for (const auto &view : m_windows)
+        list.append(view.get());
     return list;
 }
 
@@ -100,105 +91,55 @@ void ViewUser::close()
 
 void ViewUser::step()
 {
-    m_tolerant = m_model.isDamaged();
+    m_tolerant = false;
     doOneOf({
         {25, [this] { turnWheel(); }},
-        {8, [this] { zoom(); }},
-        {5, [this] { resize(); }},
+        {13, [this] { adjust(); }},
         {14, [this] { gesture(); }},
         {5, [this] { hover(); }},
-        {4, [this] { contextMenu(); }},
+        {4,
+            [this] {
+                if (ZelGraphicsView *view = anyView())
+                    askForMenu(view, anyPoint(view));
+            }},
         {14, [this] { show(); }},
         {5, [this] { pair(); }},
         {6, [this] { openOrClose(); }},
-        {3, [this] { damage(); }},
-        {4, [this] { pictures(); }},
         {7, [this] { mishap(); }},
     });
 }
 
 void ViewUser::turnWheel()
 {
-    ZelGraphicsView *const view = anyView();
-    if (!view)
-        return;
     const int delta =
         m_dice.anyOf(QList<int>{120, 120, -120, -120, 15, -15, 240, -360, 0, 100000, -100000});
     log(QStringLiteral("turn the wheel by %1").arg(delta));
-    const double factor = std::pow(2.0, -delta / 240.0);
-    const auto window = std::find_if(m_windows.cbegin(), m_windows.cend(),
-        [view](const Window &candidate) { return candidate.view.get() == view; });
-    const QPointer<ZelGraphicsViewTrn> twin =
-        qobject_cast<ZelGraphicsViewTrn *>(view) && window->twin != view ? window->twin : nullptr;
-    const double expected = expectedScale(view, factor);
-    const double expectedOfTwin = twin ? expectedScale(twin, factor) : 0.0;
-    QList<double> others;
-    for (const Window &other : m_windows) {
-        if (other.view.get() != view && other.view.get() != twin)
-            others.append(scaleOf(other.view.get()));
-    }
-    const bool sideways = m_dice.chance(5);
-    wheel(view, anyPoint(view), sideways ? QPoint(delta, 0) : QPoint(0, delta));
-    const auto isOff = [](QGraphicsView *turned, double scale) {
-        return std::abs(scaleOf(turned) - scale) > Hair * scale;
-    };
-    if (!sideways && (isOff(view, expected) || (twin && isOff(twin, expectedOfTwin))))
-        fail("the wheel has zoomed otherwise than it should");
-    for (const Window &other : m_windows) {
-        if (other.view.get() != view && other.view.get() != twin
-            && scaleOf(other.view.get()) != others.takeFirst())
-            fail("the wheel has zoomed a stranger");
-    }
+    if (ZelGraphicsView *view = anyView())
+        wheel(view, anyPoint(view), m_dice.chance(5) ? QPoint(delta, 0) : QPoint(0, delta));
 }
 
-double ViewUser::expectedScale(QGraphicsView *view, double factor) const
-{
-    const auto *const zoomed = qobject_cast<ZelGraphicsViewZoom *>(view);
-    const double wanted = scaleOf(view) * factor;
-    const bool allowed = zoomed && wanted >= zoomed->getMinScale() * (1.0 - Hair)
-        && wanted <= zoomed->getMaxScale() * (1.0 + Hair);
-    return allowed ? wanted : scaleOf(view);
-}
-
-void ViewUser::zoom()
+void ViewUser::adjust()
 {
     ZelGraphicsView *const view = anyView();
+    if (!view)
+        return;
     auto *const zoomed = qobject_cast<ZelGraphicsViewZoom *>(view);
-    const int thrown = m_dice.below(zoomed ? 5 : 2);
-    log(QStringLiteral("zoom by the way %1").arg(thrown));
-    if (!view)
-        return;
-    if (thrown == 0) {
-        view->setSceneFitToView();
-    } else if (thrown == 1) {
-        view->setGrid(m_dice.below(40) - 5, m_dice.below(40) - 5);
-    } else if (thrown == 2) {
-        zoomed->resetZoom();
-        if (scaleOf(view) != zoomed->getDefaultScaleFactor())
-            fail("the zoom was not reset");
-    } else if (thrown == 3) {
-        zoomed->scaleDefaultFactor();
-    } else {
-        const double odd = m_dice.anyOf(QList<double>{
-            0.0, 1e-300, 1e300, std::nan(""), std::numeric_limits<double>::infinity()});
-        const double before = scaleOf(view);
-        zoomed->scaleView(odd);
-        if (scaleOf(view) != before)
-            fail("a factor beyond all limits was taken");
+    log("adjust a view");
+    std::vector<Act> acts{
+        {4, [view] { view->setSceneFitToView(); }},
+        {4, [&] { view->setGrid(m_dice.below(40) - 5, m_dice.below(40) - 5); }},
+        {2, [view] { view->setVisible(!view->isVisible()); }},
+        {1, [&] { view->resize(m_dice.below(3), m_dice.below(3)); }},
+        {8, [&] { view->resize(40 + m_dice.below(600), 40 + m_dice.below(400)); }},
+    };
+    if (zoomed) {
+        acts.push_back({4, [zoomed] { zoomed->resetZoom(); }});
+        acts.push_back({4, [zoomed] { zoomed->scaleDefaultFactor(); }});
+        for (const double odd :
+            {0.0, 1e-300, 1e300, std::nan(""), std::numeric_limits<double>::infinity()})
+            acts.push_back({1, [zoomed, odd] { zoomed->scaleView(odd); }});
     }
-}
-
-void ViewUser::resize()
-{
-    ZelGraphicsView *const view = anyView();
-    const QSize size = m_dice.chance(15) ? QSize(m_dice.below(3), m_dice.below(3))
-                                         : QSize(40 + m_dice.below(600), 40 + m_dice.below(400));
-    log(QStringLiteral("resize to %1 x %2").arg(size.width()).arg(size.height()));
-    if (!view)
-        return;
-    view->resize(size);
-    if (m_dice.chance(20))
-        view->setVisible(!view->isVisible());
+    doOneOf(acts);
 }
 
 void ViewUser::gesture()
@@ -213,23 +154,14 @@ void ViewUser::gesture()
     log(QStringLiteral("drag by %1, %2").arg(to.x() - from.x()).arg(to.y() - from.y()));
     const QList<QPointF> before = placesOf(scene);
     bool calm = true;
-    const auto perhaps = [&](int percent, auto act) {
-        if (!m_dice.chance(percent))
-            return;
-        calm = false;
-        act();
-    };
     mouse(view, QEvent::MouseButtonPress, from, button);
     for (int i = 1; i <= 3 && view; ++i) {
-        perhaps(3, [this] { mishap(); });
-        perhaps(3, [this] { show(); });
-        perhaps(3, [this] { openOrClose(); });
-        perhaps(3, [this] { turnWheel(); });
-        perhaps(2, [&] {
-            QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-            if (view)
-                QApplication::sendEvent(view, &key);
-        });
+        if (m_dice.chance(12)) {
+            calm = false;
+            doOneOf({{1, [this] { mishap(); }}, {1, [this] { show(); }},
+                {1, [this] { openOrClose(); }}, {1, [this] { turnWheel(); }},
+                {1, [&view] { QTest::keyClick(view.data(), Qt::Key_Escape); }}});
+        }
         if (view)
             mouse(view, QEvent::MouseMove, from + (to - from) * i / 3);
     }
@@ -265,12 +197,6 @@ void ViewUser::hover()
     }
 }
 
-void ViewUser::contextMenu()
-{
-    if (ZelGraphicsView *view = anyView())
-        askForMenu(view, anyPoint(view));
-}
-
 void ViewUser::show()
 {
     if (m_dice.chance(25)) {
@@ -298,9 +224,9 @@ void ViewUser::load(Shown &shown)
         else
             loaded = preview->loadCpa(id, m_model.db());
         const bool known = m_model.ids(tag).contains(id);
-        if (!m_model.isDamaged() && loaded != known)
+        if (loaded != known)
             fail("a load answers otherwise than it should");
-        if (loaded && !m_model.isDamaged()
+        if (loaded
             && QLineF(preview->getSceneRectForAllItems().center(), QPointF()).length() > 12.0)
             fail("a preview is not centred");
     } else if (qobject_cast<ZelSceneMol *>(shown.scene.get())) {
@@ -313,23 +239,14 @@ void ViewUser::load(Shown &shown)
 
 void ViewUser::pair()
 {
-    if (m_windows.empty())
-        return;
-    Window &window = m_windows.at(static_cast<std::size_t>(m_dice.below(int(m_windows.size()))));
-    auto *const view = qobject_cast<ZelGraphicsViewTrn *>(window.view.get());
+    auto *const view = qobject_cast<ZelGraphicsViewTrn *>(anyView());
+    auto *const twin = qobject_cast<ZelGraphicsViewTrn *>(anyView());
     if (!view)
         return;
     log("give it a twin");
-    auto *const twin = qobject_cast<ZelGraphicsViewTrn *>(anyView());
-    window.twin = twin;
     view->setTwinView(twin);
-    if (!twin || m_dice.chance(50))
-        return;
-    for (Window &other : m_windows) {
-        if (other.view.get() == twin)
-            other.twin = view;
-    }
-    twin->setTwinView(view);
+    if (twin && m_dice.chance(50))
+        twin->setTwinView(view);
 }
 
 void ViewUser::openOrClose()
@@ -348,26 +265,26 @@ void ViewUser::openOrClose()
 
 ZelGraphicsView *ViewUser::openView()
 {
-    Window window;
+    std::unique_ptr<ZelGraphicsView> view;
     switch (m_dice.below(5)) {
     case 0:
-        window.view = std::make_unique<ZelGraphicsView>();
+        view = std::make_unique<ZelGraphicsView>();
         break;
     case 1:
-        window.view = std::make_unique<ZelGraphicsViewZoom>();
+        view = std::make_unique<ZelGraphicsViewZoom>();
         break;
     case 2:
-        window.view = std::make_unique<ZelGraphicsViewSideWindow>();
+        view = std::make_unique<ZelGraphicsViewSideWindow>();
         break;
     default:
-        window.view = std::make_unique<ZelGraphicsViewTrn>();
+        view = std::make_unique<ZelGraphicsViewTrn>();
         break;
     }
-    window.view->resize(400, 300);
-    window.view->setMouseTracking(m_dice.chance(50));
-    window.view->show();
-    m_windows.push_back(std::move(window));
-    return m_windows.back().view.get();
+    view->resize(400, 300);
+    view->setMouseTracking(m_dice.chance(50));
+    view->show();
+    m_windows.push_back(std::move(view));
+    return m_windows.back().get();
 }
 
 ZelScene *ViewUser::openScene()
@@ -405,64 +322,6 @@ void ViewUser::closeScene(std::size_t index)
         delete shown.sdc.data();
     shown.scene.reset();
     delete shown.sdc.data();
-}
-
-void ViewUser::damage()
-{
-    const bool mends = m_model.isDamaged();
-    log(mends ? "mend the model" : "damage the model");
-    m_tolerant = true;
-    if (mends)
-        m_model.mend();
-    else
-        m_model.damage(&m_dice);
-    m_pictures.clear();
-}
-
-void ViewUser::pictures()
-{
-    const QSize size = m_dice.anyOf(QList<QSize>{
-        {60, 36}, {100, 60}, {1, 1}, {60, 60}, {3, 200}, {0, 0}, {-4, 9}, {70000, 70000}});
-    log(QStringLiteral("ask for pictures at %1 x %2").arg(size.width()).arg(size.height()));
-    auto *const cache = m_dice.chance(70) ? &m_pictures : nullptr;
-    pictureOfRecord(size);
-    pictureOfReaction(size, cache);
-    m_tolerant = true; // the id and the kind need not agree
-    const std::unique_ptr<QStandardItem> entry(
-        zgs::createItem(m_model.db(), size, {}, anyId(m_dice.anyOf(m_model.tags())),
-            m_dice.below(20), true, {}, m_dice.chance(50), {}, cache, {}));
-    if (!entry || entry->isEditable())
-        fail("no entry, or one that can be edited");
-}
-
-void ViewUser::pictureOfRecord(const QSize &size)
-{
-    const auto [kind, tag] = m_dice.anyOf(QList<QPair<int, QString>>{{zgs::PictureMol, "mol"},
-        {zgs::PictureMli, "mli"}, {zgs::PictureCpx, "cpx"}, {zgs::PictureCpa, "cpa"}});
-    const QString id = anyId(tag);
-    checkPicture(zgs::getPixMapFromSdcPsiimId(id, kind, size, m_model.db()), tag, id, size);
-}
-
-void ViewUser::pictureOfReaction(const QSize &size, QHash<QString, QPixmap> *cache)
-{
-    using Draw =
-        QPixmap (*)(const QString &, const QSize &, ZelDbSqliteModel *, QHash<QString, QPixmap> *);
-    const auto [draw, tag] =
-        m_dice.anyOf(QList<QPair<Draw, QString>>{{zgs::getPixMapForAssociation, "cai"},
-            {zgs::getPixMapForDissociation, "cad"}, {zgs::getPixMapForTransformation, "trn"},
-            {zgs::getPixMapForProduction, "pdn"}, {zgs::getPixMapForDegradation, "deg"}});
-    const QString id = anyId(tag);
-    checkPicture(draw(id, size, m_model.db(), cache), tag, id, size);
-}
-
-void ViewUser::checkPicture(
-    const QPixmap &picture, const QString &tag, const QString &id, const QSize &size)
-{
-    const bool usable = size.width() > 0 && size.width() < 4000;
-    m_tolerant = m_tolerant || !usable;
-    const bool due = usable && m_model.ids(tag).contains(id);
-    if (!m_model.isDamaged() && picture.isNull() == due)
-        fail(QLatin1String("no picture of a record, or one of none: ") + id);
 }
 
 std::vector<RandomSession::Act> ViewUser::mishaps()
@@ -514,8 +373,8 @@ void ViewUser::destroy()
 
 void ViewUser::check()
 {
-    for (const Window &window : m_windows) {
-        const QTransform t = window.view->transform();
+    for (const auto &view : m_windows) {
+        const QTransform t = view->transform();
         if (!(t.m11() > 0.0) || !std::isfinite(t.m11()) || t.m11() != t.m22() || t.m12() != 0.0
             || t.m21() != 0.0)
             fail("a view is turned, mirrored or without size");
@@ -561,7 +420,7 @@ QPointF ViewUser::anyPoint(QGraphicsView *view)
 ZelGraphicsView *ViewUser::anyView()
 {
     const int index = m_dice.below(static_cast<int>(m_windows.size()));
-    return m_windows.empty() ? nullptr : m_windows.at(static_cast<std::size_t>(index)).view.get();
+    return m_windows.empty() ? nullptr : m_windows.at(static_cast<std::size_t>(index)).get();
 }
 
 ZelScene *ViewUser::anyScene()

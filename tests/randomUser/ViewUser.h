@@ -3,23 +3,18 @@
 #include "RandomModel.h"
 #include "RandomSession.h"
 
-#include <QHash>
-#include <QPixmap>
 #include <QPointer>
 #include <QString>
 
 #include <memory>
 #include <vector>
 
-class QGraphicsView;
 class Sdc;
 class ZelGraphicsView;
-class ZelGraphicsViewTrn;
 class ZelScene;
 
 /// A user who does anything to views of all kinds and to what they show: turns wheels, resizes and
-/// pairs them, shows other records, destroys scenes and what is drawn there, and asks for pictures
-/// of records, some of them damaged.
+/// pairs them, shows other records, and destroys scenes and what is drawn there.
 class ViewUser : public RandomSession
 {
     Q_OBJECT
@@ -28,11 +23,6 @@ public:
     ~ViewUser() override;
 
 private:
-    struct Window
-    {
-        std::unique_ptr<ZelGraphicsView> view;
-        QPointer<ZelGraphicsViewTrn> twin;
-    };
     struct Shown
     {
         std::unique_ptr<ZelScene> scene;
@@ -47,18 +37,12 @@ private:
     void interrupt() override;
 
     void turnWheel();
-    void zoom();
-    void resize();
+    void adjust();
     void gesture();
     void hover();
-    void contextMenu();
     void show();
     void pair();
     void openOrClose();
-    void damage();
-    void pictures();
-    void pictureOfRecord(const QSize &size);
-    void pictureOfReaction(const QSize &size, QHash<QString, QPixmap> *cache);
     void destroy();
 
     ZelGraphicsView *openView();
@@ -66,17 +50,13 @@ private:
     void closeScene(std::size_t index);
     void load(Shown &shown);
     void checkScene(ZelScene *scene);
-    void checkPicture(
-        const QPixmap &picture, const QString &tag, const QString &id, const QSize &size);
 
     QPointF anyPoint(QGraphicsView *view);
     ZelGraphicsView *anyView();
     ZelScene *anyScene();
     QString anyId(const QString &tag);
-    double expectedScale(QGraphicsView *view, double factor) const;
 
     RandomModel m_model;
     std::vector<Shown> m_scenes;
-    std::vector<Window> m_windows;
-    QHash<QString, QPixmap> m_pictures;
+    std::vector<std::unique_ptr<ZelGraphicsView>> m_windows;
 };
