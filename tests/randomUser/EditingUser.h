@@ -1,10 +1,11 @@
 #pragma once
 
 #include "RandomModel.h"
+#include "SceneHistory.h"
 #include "SceneUser.h"
-#include "zelModelSupport/graphics/scene/ZelSceneState.h"
 
 #include <QPointer>
+#include <QSet>
 
 #include <memory>
 
@@ -26,24 +27,27 @@ private:
     ZelScene *scene() const override;
     QGraphicsView *view() const override;
     QList<SdcMol *> molecules() const override;
-    bool isBusy() const override { return m_restoring || m_changing; }
+    bool isBusy() const override { return m_history->isRestoring() || m_history->isChanging(); }
     void step() override;
     void check() override;
     void close() override;
     std::vector<Act> mishaps() override;
+    void itemActedOn(ZelGItem *item, const char *gesture) override;
 
     void drop();
     void load();
-    void turn();
     void save();
+    bool saveSdc(Sdc *sdc);
+    bool isWhole();
+    void edit();
     void showSdc();
     void goBack();
     void destroy();
     /// What a host does after a destruction that the scene knows nothing of.
     void startAfresh();
 
-    void changeBegins();
-    void changeEnds();
+    QList<Sdc *> units() const;
+    void checkFreed(const QList<QPointer<SdcBst>> &before);
 
     Kind m_kind;
     RandomModel m_model;
@@ -51,9 +55,8 @@ private:
     QPointer<Sdc> m_sdc; // the host's own
     std::unique_ptr<ZelSceneEditing> m_scene;
     std::unique_ptr<ZelGraphicsViewZoom> m_view;
-    QList<ZelSceneState> m_states; // all that were announced
-    ZelSceneState m_known; // after the last change that was announced
-    bool m_changing = false;
-    bool m_restoring = false;
-    bool m_dirty = false; // something has been destroyed behind the scene's back
+    const Sdc *m_announced = nullptr; // as selected; may have died since
+    QSet<const SdcBst *> m_chosen; // sites that the user has given a status in this step
+    int m_edits = 0;
+    std::unique_ptr<SceneHistory> m_history; // blind after a destruction behind the scene's back
 };

@@ -1,6 +1,6 @@
 #include "RandomModel.h"
 
-#include "RandomDice.h"
+#include "apps/zelmodel/ZelModelCheck.h"
 #include "support/ZelTest.h"
 #include "support/ZelTree.h"
 #include "zelModelSupport/graphics/ZelSceneCpx.h"
@@ -15,47 +15,15 @@
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QSqlRecord>
 
 #include <memory>
 
-namespace C = ZelDbColumn;
-
 namespace {
 
-using TableColumn = QPair<QString, QString>;
-
-QList<TableColumn> damagedColumns()
+QSqlDatabase connection()
 {
-    QList<TableColumn> columns;
-    for (const char *entry :
-        {"mol graphicsInfo", "mol color", "mcp mol", "mcp posIndex", "mcpState mcp", "bst mcp",
-            "bst posIndex", "cpx graphicsInfo", "cpx molCode", "cpa cpx", "cpa stateCode",
-            "cpxMol mol", "cpxMol position", "cpxBstBst bst1", "cpxBstBst molPos2",
-            "mli graphicsInfo", "mliBstBst bst1", "mliBstBst molPos2", "cai bst1",
-            "cai graphicsInfo", "cad sourceCpa", "trn fromCpa", "pdn productCpa", "deg cpa"}) {
-        const QStringList words = QString::fromLatin1(entry).split(u' ');
-        columns.append({words.at(0), words.at(1)});
-    }
-    return columns;
-}
-
-QStringList damagedValues()
-{
-    QStringList values;
-    for (const char *value :
-        {"''", "'none99'", "'mol1'", "'cpx1'", "7", "'<schema><mol'", "'1*P(-);Q;1*P(0);;;'",
-            "'<schema><cpx posIndex=\"0\"><boundingRect x=\"1e9\" y=\"nan\" w=\"0\" "
-            "h=\"-4\"/></cpx></schema>'"})
-        values.append(QString::fromLatin1(value));
-    return values;
-}
-
-/// Without the library, which would refuse.
-bool execute(const QString &statement)
-{
-    const QStringList names = QSqlDatabase::connectionNames();
-    QSqlQuery query(QSqlDatabase::database(names.value(0)));
-    return query.exec(statement);
+    return QSqlDatabase::database(QSqlDatabase::connectionNames().value(0));
 }
 
 } // namespace
@@ -65,9 +33,7 @@ RandomModel::RandomModel()
     m_file.create(":memory:");
     addMolecules();
     addComplexes();
-    addInteraction();
-    addAssociation();
-    addReactions();
+    addInteractions();
     ZelTest::takeDebugLines();
 }
 
@@ -83,37 +49,31 @@ QStringList RandomModel::records(const QStringList &tags) const
     return list;
 }
 
-void RandomModel::damage(RandomDice *dice)
+QMap<QString, QMap<QString, QString>> RandomModel::rows() const
 {
-    if (m_damaged)
-        return;
-    execute("PRAGMA foreign_keys = OFF"); // has no effect once it is a transaction
-    m_damaged = execute("SAVEPOINT damage");
-    if (!m_damaged)
-        m_fault = QStringLiteral("the model cannot be damaged");
-    for (int i = 1 + dice->below(3); i > 0; --i) {
-        const auto [table, column] = dice->anyOf(damagedColumns());
-        const QString row = QStringLiteral(" WHERE rowid = (SELECT rowid FROM %1 ORDER BY rowid "
-                                           "LIMIT 1 OFFSET %2)")
-                                .arg(table)
-                                .arg(dice->below(4));
-        if (dice->chance(40))
-            execute(QLatin1String("DELETE FROM ") + table + row);
-        else // refused where it would break a rule of the table
-            execute(QStringLiteral("UPDATE %1 SET %2 = %3")
-                        .arg(table, column, dice->anyOf(damagedValues()))
-                + (dice->chance(70) ? row : QString()));
+    QMap<QString, QMap<QString, QString>> rows;
+    for (const char *table : {"mol", "mcp", "mcpState", "bst", "mli", "cpx", "cpa", "cai", "cad"}) {
+        QSqlQuery query(QLatin1String("SELECT * FROM ") + QLatin1String(table), connection());
+        while (query.next()) {
+            const QSqlRecord record = query.record();
+            QMap<QString, QString> &row = rows[record.value("psiimId").toString()];
+            for (int i = 0; i < record.count(); ++i)
+                row.insert(record.fieldName(i), record.value(i).toString());
+            row.remove("graphicsInfo");
+        }
     }
+    return rows;
 }
 
-void RandomModel::mend()
+QStringList RandomModel::findings()
 {
-    if (!m_damaged)
-        return;
-    execute("ROLLBACK TO damage");
-    execute("RELEASE damage");
-    execute("PRAGMA foreign_keys = ON");
-    m_damaged = false;
+    QList<ZelModelFinding> found;
+    QStringList texts;
+    if (!checkModel(m_file, m_db, &found))
+        texts.append(QLatin1String("integrity: ") + m_db.errorText());
+    for (const ZelModelFinding &finding : std::as_const(found))
+        texts.append(QLatin1String(finding.check) + QLatin1String(": ") + finding.text);
+    return texts;
 }
 
 void RandomModel::addMolecules()
@@ -131,90 +91,58 @@ void RandomModel::addMolecules()
     }
 }
 
+// Side by side, each joined to the one before by sites that are free.
+void RandomModel::draw(ZelSceneEditing *scene, const QStringList &records)
+{
+    scene->setZelDbSqliteModel(&m_db);
+    SdcBst *last = nullptr;
+    for (const QString &record : records) {
+        scene->addRecordFromDb(
+            record.section(u';', 0, 0), record.section(u';', 1), {last ? 120.0 : -120.0, 0.0});
+        QList<SdcBst *> sites = scene->getSdc()->getListSdcMol().last()->getListSdcBst();
+        sites.removeIf([](SdcBst *site) { return site->isInCpxBinding(); });
+        if (last)
+            scene->drawBond(last, sites.first());
+        last = sites.last();
+    }
+}
+
 void RandomModel::addComplexes()
 {
-    const QStringList mols = ids("mol");
-    for (int i = 0; i < 3; ++i) {
+    const QStringList mols = records({"mol"});
+    for (const QStringList &parts : {mols.mid(0, 1), mols.mid(0, 2), mols, mols.mid(1, 1),
+             QStringList{"cpa;cpa1", "cpa;cpa2"}}) {
         ZelSceneCpx scene;
-        scene.setZelDbSqliteModel(&m_db);
-        SdcMol *before = nullptr;
-        for (int k = 0; k <= i; ++k) {
-            SdcMol *const mol =
-                scene.addMolFromDb(mols.at(k), {120.0 * static_cast<double>(k), 0.0});
-            if (before)
-                scene.drawBond(before->getListSdcBst().last(), mol->getListSdcBst().first());
-            before = mol;
-        }
+        draw(&scene, parts);
         SdcCpx *const cpx = scene.getSdcCpx();
+        if (parts == mols.mid(1, 1)) // bound to something
+            cpx->getListSdcBst().first()->setBindingStatus(BindingStatusBound);
         if (!cpx->saveToDbCpx() || !cpx->saveToDbCpa())
-            m_fault = QStringLiteral("a complex cannot be saved");
+            m_fault = cpx->getRefusal();
         note("cpx", cpx->getPsiimId());
         note("cpa", cpx->getProperty(SdcProperty::CpaPsiimId));
     }
 }
 
-void RandomModel::addInteraction()
+void RandomModel::addInteractions()
 {
-    const QStringList mols = ids("mol");
-    ZelSceneMli scene;
-    scene.setZelDbSqliteModel(&m_db);
-    SdcMol *const first = scene.addMolFromDb(mols.at(0), {-100.0, 0.0});
-    SdcMol *const second = scene.addMolFromDb(mols.at(2), {100.0, 0.0});
-    scene.drawBond(first->getListSdcBst().first(), second->getListSdcBst().first());
-    SdcMli *const mli = scene.getSdcMli();
-    mli->setProperty(SdcProperty::AssociationRate, "0.1");
-    mli->setProperty(SdcProperty::DissociationRate, "0.2");
-    if (!mli->saveToDb())
-        m_fault = QStringLiteral("an interaction cannot be saved");
-    note("mli", mli->getPsiimId());
-}
-
-// The first complex binds the second one by the last of its sites.
-void RandomModel::addAssociation()
-{
-    const QStringList cpas = ids("cpa");
-    ZelSceneCpx joined;
-    joined.setZelDbSqliteModel(&m_db);
-    joined.addCpaFromDb(cpas.at(0), {-100.0, 0.0});
-    joined.addCpaFromDb(cpas.at(1), {100.0, 0.0});
-    const auto join = [](ZelSceneEditing *scene) {
-        const QList<SdcMol *> mols = scene->getSdc()->getListSdcMol();
-        scene->drawBond(mols.first()->getListSdcBst().first(), mols.last()->getListSdcBst().last());
-    };
-    join(&joined);
-    if (!joined.getSdcCpx()->saveToDbCpx() || !joined.getSdcCpx()->saveToDbCpa())
-        m_fault = QStringLiteral("a result cannot be saved");
-    ZelSceneCxi scene;
-    scene.setZelDbSqliteModel(&m_db);
-    scene.addCpaFromDb(cpas.at(0), {-100.0, 0.0});
-    scene.addCpaFromDb(cpas.at(1), {100.0, 0.0});
-    join(&scene);
-    scene.getCurrentBond()->setResultCpxAliasPsiimId(
-        joined.getSdcCpx()->getProperty(SdcProperty::CpaPsiimId));
-    if (!scene.getSdcCxi()->saveToDb())
-        m_fault = QStringLiteral("an association cannot be saved");
-    note("cai", scene.getCurrentBond()->getPsiimId());
-}
-
-// The library does not ask here whether the complexes make sense.
-void RandomModel::addReactions()
-{
-    const QStringList cpas = ids("cpa");
-    const auto add = [this](const char *tag, const auto &insert, ZelDbRecord record) {
-        const QString psiimId = QLatin1String(tag) + u'1';
-        record.insert(C::PsiimId, psiimId);
-        if (!(m_db.*insert)(record))
-            m_fault = m_db.errorText();
-        note(QString::fromLatin1(tag), psiimId);
-    };
-    add("cad", &ZelDbSqliteModel::cadInsert,
-        {{C::CadSourceCpa, cpas.at(2)}, {C::CadResultCpa1, cpas.at(0)},
-            {C::CadResultCpa2, cpas.at(1)}});
-    add("trn", &ZelDbSqliteModel::trnInsert,
-        {{C::TrnFromCpa, cpas.at(0)}, {C::TrnToCpa, cpas.at(1)}});
-    add("pdn", &ZelDbSqliteModel::pdnInsert,
-        {{C::PdnSourceCpa, cpas.at(1)}, {C::PdnProductCpa, cpas.at(0)}});
-    add("deg", &ZelDbSqliteModel::degInsert, {{C::DegradationCpa, cpas.at(2)}});
+    for (const QStringList &parts : {QStringList{"mol;mol1", "mol;mol2"},
+             QStringList{"mol;mol2", "mol;mol3"}, QStringList{"mol;mol1", "mol;mol3"}}) {
+        ZelSceneMli scene;
+        draw(&scene, parts);
+        SdcMli *const mli = scene.getSdcMli();
+        mli->setProperty(SdcProperty::AssociationRate, "0.1");
+        mli->setProperty(SdcProperty::DissociationRate, "0.2");
+        if (!mli->saveToDb())
+            m_fault = mli->getRefusal();
+        note("mli", mli->getPsiimId());
+    }
+    ZelSceneCxi cxiScene;
+    draw(&cxiScene, {"cpa;cpa1", "cpa;cpa2"});
+    cxiScene.getCurrentBond()->setResultCpxAliasPsiimId(ids("cpa").last());
+    if (!cxiScene.getSdcCxi()->saveToDb())
+        m_fault = cxiScene.getSdcCxi()->getRefusal();
+    note("cai", cxiScene.getCurrentBond()->getPsiimId());
 }
 
 void RandomModel::note(const QString &tag, const QString &psiimId)

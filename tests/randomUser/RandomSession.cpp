@@ -72,6 +72,7 @@ void RandomSession::mishap(int percent)
     if (m_calm || m_inMishap || !m_dice.chance(percent))
         return;
     m_inMishap = true;
+    ++m_mishaps;
     doOneOf(mishaps());
     m_inMishap = false;
 }

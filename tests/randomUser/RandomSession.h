@@ -52,6 +52,7 @@ protected:
 
     void doOneOf(const std::vector<Act> &acts);
     void mishap(int percent = 100);
+    int mishapCount() const { return m_mishaps; }
     /// Nothing when there is nothing to say.
     void fail(const QString &what);
     void log(const QString &action);
@@ -76,6 +77,7 @@ private:
     QStringList m_expectedLines;
     std::unique_ptr<PopupUser> m_popups;
     bool m_inMishap = false;
+    int m_mishaps = 0;
     int m_step = 0;
     QStringList m_log;
     QString m_failure;

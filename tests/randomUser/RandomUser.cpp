@@ -43,7 +43,8 @@ RandomUser::RandomUser(SceneHost::Kind kind, quint32 seed)
     : SceneUser(seed,
         {QStringLiteral("Warning at SdcMcp * ZelScene::addSdcMcp("),
             QStringLiteral("found at void ZelScene::changeMolColor("), QStringLiteral("name = ")}),
-      m_host(std::make_unique<SceneHost>(kind))
+      m_host(std::make_unique<SceneHost>(
+          kind, &m_objects, [this](const QString &what) { fail(what); }))
 {
     connect(scene(), &ZelScene::zelGItemClicked, this, &RandomUser::itemClicked);
     connect(scene(), &ZelScene::zelGItemDoubleClicked, this, &RandomUser::itemClicked);
@@ -71,14 +72,12 @@ void RandomUser::step()
             {2, [this] { frozenGesture(&ZelScene::setEnforcedNoMove); }},
             {12, [this] { build(); }},
             {8, [this] { turn(); }},
-            {3, [this] { place(); }},
             {4, [this] { reshape(); }},
-            {3, [this] { store(); }},
+            {2, [this] { store(); }},
+            {2, [this] { load(); }},
             {3, [this] { look(); }},
             {3, [this] { mishap(); }},
-            {1, [this] { m_host->bookmark(); }},
-            {1, [this] { goBack(); }},
-            {2, [this] { undoAndRedo(); }},
+            {3, [this] { undoAndRedo(); }},
         });
     }
     m_host->tidy();
@@ -89,7 +88,7 @@ void RandomUser::build()
     const QList<SdcMol *> mols = molecules();
     const qsizetype most = m_host->kind() == SceneHost::OneMolecule ? 1 : MostMolecules;
     if (mols.isEmpty() || (mols.size() < most && m_dice.chance(15))) {
-        log(QStringLiteral("add a molecule"));
+        log("add a molecule");
         m_host->addMolecule();
     }
     SdcMol *const mol = anyMolecule();
@@ -106,13 +105,13 @@ void RandomUser::build()
     } else if (thrown <= 2 && mcp->getListSdcBst().size() < MostSites) {
         log(QLatin1String("add a site to ") + nameOf(mcp));
         if (SdcBst *bst = scene()->addSdcBst(mcp)) {
-            m_host->setFault(SceneChecks::apart(scene(), {bst->getZelEllipseItemBst()}));
+            fail(SceneChecks::apart(scene(), {bst->getZelEllipseItemBst()}));
         }
     } else if (thrown == 3 && mcp->getListSticky().size() < MostFeatures) {
         log(QLatin1String("add a feature to ") + nameOf(mcp));
         m_host->addFeature(mcp, QColor::fromHsv(m_dice.below(360), 200, 200).name());
     } else {
-        log(QStringLiteral("add a bond"));
+        log("add a bond");
         SdcBst *const first = anySite();
         m_host->addBond(first, anySite());
     }
@@ -134,86 +133,44 @@ void RandomUser::turn()
     }
     // A refusal shows a message, during which anything may have gone.
     if (turned && careful)
-        m_host->setFault(SceneChecks::apart(scene(), ellipsesOf(mcps)));
-}
-
-void RandomUser::place()
-{
-    SdcBst *const bst = anySite();
-    SdcMcp *const mcp = anyComponent();
-    ZelEllipseItem *item = mcp->getZelEllipseItemMcp();
-    ZelEllipseItemMcp *centre = m_dice.anyOf(mcp->getListNeighborSdcMcps())
-        ? m_dice.anyOf(mcp->getListNeighborSdcMcps())->getZelEllipseItemMcp()
-        : nullptr;
-    if (bst && m_dice.chance(60)) {
-        item = bst->getZelEllipseItemBst();
-        centre = bst->getParentMcp()->getZelEllipseItemMcp();
-    }
-    log(QLatin1String("place anew ") + nameOf(item->getSdc()));
-    bool placed = false;
-    switch (m_dice.below(3)) {
-    case 0:
-        placed =
-            scene()->moveAroundAttachedItemByDegree(item, centre, m_dice.between(-180.0, 180.0));
-        break;
-    case 1:
-        placed = scene()->moveAroundAttachedItemByPos(item, centre, anyPoint());
-        break;
-    default:
-        placed = scene()->automaticFindAndMoveToPos(item, centre, m_dice.between(0.0, 360.0), 5.0);
-        break;
-    }
-    if (placed && item->scene() == scene())
-        m_host->setFault(SceneChecks::apart(scene(), ellipsesOf(item)));
+        fail(SceneChecks::apart(scene(), ellipsesOf(mcps)));
 }
 
 void RandomUser::reshape()
 {
-    switch (m_dice.below(4)) {
-    case 0:
-        log(QStringLiteral("rename a component"));
-        m_host->rename(anyComponent(), QStringLiteral("n%1").arg(m_dice.below(1000)));
-        break;
-    case 1: {
-        log(QStringLiteral("set all features of a molecule"));
-        const ZelScene::Change change(scene());
-        anyMolecule()->setAllMcpFeatureValue(
-            m_dice.anyOf(QList<ComponentStateType>{ComponentStateOff, ComponentStateOn}));
-        break;
-    }
-    case 2:
-        if (SdcBst *bst = anySite()) {
-            log(QLatin1String("set the status of ") + nameOf(bst));
-            const ZelScene::Change change(scene());
-            bst->setBindingStatus(m_dice.anyOf(QList<BindingStatusType>{
-                BindingStatusUnspecified, BindingStatusBound, BindingStatusUnbound}));
-        }
-        break;
-    default:
-        log(QStringLiteral("change the colour of a molecule"));
-        scene()->changeMolColor(anyPoint());
-        break;
-    }
+    log("rename something, or set features, a status or a colour");
+    SdcBst *const bst = anySite();
+    doOneOf({
+        {1, [this] { m_host->rename(anyComponent(), u'n' + QString::number(m_dice.below(1000))); }},
+        {1,
+            [this] {
+                const ZelScene::Change change(scene());
+                anyMolecule()->setAllMcpFeatureValue(
+                    m_dice.chance(50) ? ComponentStateOff : ComponentStateOn);
+            }},
+        {bst ? 1 : 0,
+            [this, bst] {
+                const ZelScene::Change change(scene());
+                bst->setBindingStatus(m_dice.anyOf(QList<BindingStatusType>{
+                    BindingStatusUnspecified, BindingStatusBound, BindingStatusUnbound}));
+            }},
+        {1, [this] { scene()->changeMolColor(anyPoint()); }},
+    });
 }
 
 void RandomUser::store()
 {
-    const QStringList stored = m_host->db()->molGetListPsiimId();
-    const bool full =
-        m_host->kind() != SceneHost::OneMolecule && molecules().size() >= MostMolecules;
-    if (m_dice.chance(50) || stored.isEmpty() || full) {
-        SdcMol *const mol = anyMolecule();
-        log(QLatin1String("save ") + nameOf(mol));
-        m_host->save(mol);
-    } else {
-        load();
-    }
+    SdcMol *const mol = anyMolecule();
+    log(QLatin1String("save ") + nameOf(mol));
+    m_host->save(mol);
 }
 
 void RandomUser::load()
 {
     const QString psiimId = m_dice.anyOf(m_host->db()->molGetListPsiimId());
-    if (psiimId.isEmpty() || molecules().size() >= MostMolecules)
+    const bool full =
+        m_host->kind() != SceneHost::OneMolecule && molecules().size() >= MostMolecules;
+    if (psiimId.isEmpty() || full)
         return;
     log(QLatin1String("load ") + psiimId);
     m_host->load(psiimId, anyPoint() * 0.3);
@@ -221,51 +178,42 @@ void RandomUser::load()
 
 void RandomUser::look()
 {
+    log("zoom, show an index code, limit the edits or highlight something");
     SdcMol *const mol = anyMolecule();
-    switch (m_dice.below(5)) {
-    case 0:
-        log(QStringLiteral("zoom"));
-        view()->resetTransform();
-        view()->scale(m_dice.between(0.5, 3.0), m_dice.between(0.5, 3.0));
-        view()->centerOn(anyPoint());
-        break;
-    case 1:
-        log(QStringLiteral("open or close a second view"));
-        m_host->toggleSecondView();
-        break;
-    case 2:
-        log(QStringLiteral("show or hide an index code"));
-        mol->showIndexCode(m_dice.chance(50), QString::number(m_dice.below(12)), 7);
-        break;
-    case 3:
-        log(QStringLiteral("limit the edits"));
-        scene()->setLimitedEdit(m_dice.chance(50));
-        if (auto *molScene = qobject_cast<ZelSceneMol *>(scene())) {
-            SdcBst *const bst = anySite();
-            molScene->setZelEllipseItemBstLimited(bst ? bst->getZelEllipseItemBst() : nullptr);
-        }
-        break;
-    default:
-        log(QStringLiteral("highlight"));
-        if (Sdc *sdc = m_dice.chance(50) ? anyVictim() : mol)
-            sdc->setHighlight(m_dice.chance(60), m_dice.chance(50));
-        break;
-    }
-}
-
-void RandomUser::goBack()
-{
-    log(QStringLiteral("go back to a bookmark"));
-    m_host->restoreBookmark(m_dice.below(8));
+    SdcBst *const bst = anySite();
+    doOneOf({
+        {1,
+            [this] {
+                view()->resetTransform();
+                view()->scale(m_dice.between(0.5, 3.0), m_dice.between(0.5, 3.0));
+                view()->centerOn(anyPoint());
+            }},
+        {1, [&] { mol->showIndexCode(m_dice.chance(50), QString::number(m_dice.below(12)), 7); }},
+        {1,
+            [&] {
+                scene()->setLimitedEdit(m_dice.chance(50));
+                if (auto *molScene = qobject_cast<ZelSceneMol *>(scene()))
+                    molScene->setZelEllipseItemBstLimited(
+                        bst ? bst->getZelEllipseItemBst() : nullptr);
+            }},
+        {1,
+            [&] {
+                if (Sdc *sdc = m_dice.chance(50) ? anyVictim() : mol)
+                    sdc->setHighlight(m_dice.chance(60), m_dice.chance(50));
+            }},
+    });
 }
 
 void RandomUser::undoAndRedo()
 {
-    log(QStringLiteral("undo and redo"));
+    log("undo and redo");
+    SceneHistory *const history = m_host->history();
     for (int i = m_dice.below(4); i >= 0; --i)
-        m_host->undo();
+        history->undo();
     for (int i = m_dice.below(4); i > 0; --i)
-        m_host->redo();
+        history->redo();
+    if (m_dice.chance(30))
+        history->jump(&m_dice);
 }
 
 std::vector<RandomSession::Act> RandomUser::mishaps()
@@ -273,11 +221,15 @@ std::vector<RandomSession::Act> RandomUser::mishaps()
     return {
         {38, [this] { remove(anyVictim()); }},
         {36, [this] { destroySomething(); }},
-        {16, [this] { m_host->undo(); }},
-        {6, [this] { goBack(); }},
+        {16, [this] { m_host->history()->undo(); }},
+        {6, [this] { m_host->history()->jump(&m_dice); }},
         {1, [this] { scene()->removeAllItems(); }},
         {1, [this] { load(); }},
-        {2, [this] { removeMolecule(); }},
+        {2,
+            [this] {
+                if (SdcMol *mol = anyMolecule())
+                    m_host->removeMolecule(mol);
+            }},
     };
 }
 
@@ -300,14 +252,6 @@ void RandomUser::remove(Sdc *sdc)
         const ZelScene::Change change(scene());
         owner->getZelEllipseItemMcp()->removeStateSticky(sticky);
         owner->updateStatePropertyFromSticky();
-    }
-}
-
-void RandomUser::removeMolecule()
-{
-    if (SdcMol *mol = anyMolecule()) {
-        log(QLatin1String("remove ") + nameOf(mol));
-        m_host->removeMolecule(mol);
     }
 }
 
@@ -343,9 +287,9 @@ void RandomUser::itemClicked(ZelGItem *item)
 void RandomUser::itemMoved(ZelGItem *item)
 {
     if (m_calm)
-        m_host->setFault(QStringLiteral("something was moved in a frozen scene"));
+        fail(QStringLiteral("something was moved in a frozen scene"));
     if (ZelEllipseItem *ellipse = item->asEllipseItem())
-        m_host->setFault(SceneChecks::apart(scene(), ellipsesOf(ellipse)));
+        fail(SceneChecks::apart(scene(), ellipsesOf(ellipse)));
     mishap(2);
 }
 
@@ -378,9 +322,8 @@ QList<SdcMcp *> RandomUser::anySelection()
 
 void RandomUser::check()
 {
-    m_host->checkAnnounced();
-    m_host->setFault(SceneChecks::consistent(scene(), molecules(), &m_objects));
-    fail(m_host->fault());
+    m_host->history()->check();
+    fail(SceneChecks::consistent(scene(), molecules(), &m_objects));
 }
 
 void RandomUser::close()

@@ -19,7 +19,7 @@ private:
     ZelScene *scene() const override { return m_host->scene(); }
     QGraphicsView *view() const override { return m_host->view(); }
     QList<SdcMol *> molecules() const override { return m_host->molecules(); }
-    bool isBusy() const override { return m_host->isRestoring(); }
+    bool isBusy() const override { return m_host->history()->isRestoring(); }
     void step() override;
     void check() override;
     void close() override;
@@ -27,15 +27,12 @@ private:
 
     void build();
     void turn();
-    void place();
     void reshape();
     void store();
     void load();
     void look();
-    void goBack();
     void undoAndRedo();
     void remove(Sdc *sdc);
-    void removeMolecule();
     void destroySomething();
 
     void itemClicked(ZelGItem *item);

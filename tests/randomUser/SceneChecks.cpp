@@ -16,6 +16,7 @@
 
 #include <QSet>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -121,11 +122,15 @@ void checkTree(Sdc *sdc, Report *report)
 {
     const QList<Sdc *> children = sdc->getListSdcChildren();
     report->fails(sdc->rowCount() != children.size(), "rows and children differ", sdc);
+    QSet<QString> ids; // of what is no molecule, of which several may be of one kind
     for (int i = 0; i < children.size(); ++i) {
         Sdc *const child = children.at(i);
         if (report->fails(!child, "a null child", sdc))
             continue;
         report->fails(child->getParentSdc() != sdc, "a child with another parent", child);
+        report->fails(ids.contains(child->getPsiimId()), "two parts have one id", child);
+        if (!child->isSdcMol() && !child->getPsiimId().isEmpty())
+            ids.insert(child->getPsiimId());
         report->fails(child->getPosIndex() != i, "a position index out of place", child);
         report->fails(sdc->child(i) != child, "a row out of place", child);
         const QString shown = child->text();
@@ -224,38 +229,39 @@ bool areClose(const QRectF &a, const QRectF &b)
         && std::abs(a.width() - b.width()) < most && std::abs(a.height() - b.height()) < most;
 }
 
-void checkSameMcp(SdcMcp *stored, SdcMcp *drawn, Report *report)
+/// What a molecule's drawing consists of, and where that lies.
+QList<QPair<QString, QRectF>> facts(SdcMol *mol)
 {
-    report->fails(!areClose(stored->getSdcSceneRectF(), drawn->getSdcSceneRectF()),
-        "a component is stored elsewhere", drawn);
-    report->fails(stored->getTagDirectionCode() != drawn->getTagDirectionCode()
-            || std::abs(stored->getTagSize() - drawn->getTagSize()) > 0.01
-            || std::abs(stored->getTagGap() - drawn->getTagGap()) > 0.01,
-        "the row of features is stored otherwise", drawn);
-    const QList<ZelRectItemMcpSticky *> stickies = drawn->getListSticky();
-    const QList<ZelRectItemMcpSticky *> storedStickies = stored->getListSticky();
-    if (!report->fails(stickies.size() != storedStickies.size(), "features are lost", drawn)) {
-        for (qsizetype i = 0; i < stickies.size(); ++i)
-            report->fails(stickies.at(i)->getName() != storedStickies.at(i)->getName()
-                    || stickies.at(i)->getColor() != storedStickies.at(i)->getColor(),
-                "a feature is stored as another", drawn);
+    QList<QPair<QString, QRectF>> list;
+    for (SdcMcp *mcp : mol->getListSdcMcp()) {
+        QStringList neighbors;
+        for (SdcMcp *neighbor : mcp->getListNeighborSdcMcps())
+            neighbors.append(QString::number(neighbor->getPosIndex()));
+        neighbors.sort();
+        list.append({QLatin1String("component joined to ") + neighbors.join(u','),
+            mcp->getSdcSceneRectF()});
+        list.append({QStringLiteral("row of features, side %1").arg(mcp->getTagDirectionCode()),
+            {0.0, 0.0, mcp->getTagSize(), mcp->getTagGap()}});
+        for (ZelRectItemMcpSticky *sticky : mcp->getListSticky())
+            list.append({sticky->getName() + u' ' + sticky->getColor().name(), {}});
+        for (SdcBst *bst : mcp->getListSdcBst())
+            list.append({QStringLiteral("a site"), bst->getSdcSceneRectF()});
     }
-    const QList<SdcBst *> sites = drawn->getListSdcBst();
-    const QList<SdcBst *> storedSites = stored->getListSdcBst();
-    if (report->fails(sites.size() != storedSites.size(), "sites are lost", drawn))
-        return;
-    for (qsizetype i = 0; i < sites.size(); ++i)
-        report->fails(
-            !areClose(storedSites.at(i)->getSdcSceneRectF(), sites.at(i)->getSdcSceneRectF()),
-            "a site is stored elsewhere", sites.at(i));
+    return list;
 }
 
-QSet<int> neighborIndices(SdcMcp *mcp)
+/// A bond is a part of what either of its sites is a part of.
+bool isPartOf(Sdc *sdc, Sdc *whole)
 {
-    QSet<int> indices;
-    for (SdcMcp *neighbor : mcp->getListNeighborSdcMcps())
-        indices.insert(neighbor->getPosIndex());
-    return indices;
+    if (SdcBstBst *bond = sdc->toSdcBstBst())
+        return bond == whole
+            || (whole && !whole->isSdcBstBst()
+                && (isPartOf(bond->getSdcBst1(), whole) || isPartOf(bond->getSdcBst2(), whole)));
+    for (; sdc; sdc = sdc->getParentSdc()) {
+        if (sdc == whole)
+            return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -299,17 +305,33 @@ QString SceneChecks::apart(ZelScene *scene, const QList<ZelEllipseItem *> &moved
     return report.text();
 }
 
-QString SceneChecks::sameDrawing(SdcMol *stored, SdcMol *drawn)
+QString SceneChecks::glowing(ZelScene *scene, Sdc *selected)
 {
     Report report;
-    const QList<SdcMcp *> mcps = drawn->getListSdcMcp();
-    const QList<SdcMcp *> storedMcps = stored->getListSdcMcp();
-    if (report.fails(mcps.size() != storedMcps.size(), "components are lost", drawn))
-        return report.text();
-    for (qsizetype i = 0; i < mcps.size(); ++i) {
-        checkSameMcp(storedMcps.at(i), mcps.at(i), &report);
-        report.fails(neighborIndices(storedMcps.at(i)) != neighborIndices(mcps.at(i)),
-            "the backbone is stored otherwise", mcps.at(i));
+    const QList<QGraphicsItem *> items = scene->items();
+    for (QGraphicsItem *graphicsItem : items) {
+        ZelEllipseItem *const ellipse = ZelGItem::toZelEllipseItem(graphicsItem);
+        ZelLineItem *const line = ZelGItem::toZelLineItem(graphicsItem);
+        Sdc *const sdc = ellipse ? ellipse->getSdc() : line ? line->getSdc() : nullptr;
+        if (!sdc || (ellipse ? !ellipse->isHighlighted() : !line->isHighlighted()))
+            continue;
+        SdcBst *const site = sdc->toSdcBst();
+        SdcBstBst *const bond = selected ? selected->toSdcBstBst() : nullptr;
+        report.fails(!isPartOf(sdc, selected) && !(bond && site && bond->hasSdcBst(site))
+                && !(site && site->isAlwaysHighlighted()),
+            "something glows that is not selected", sdc);
     }
     return report.text();
+}
+
+QString SceneChecks::sameDrawing(SdcMol *stored, SdcMol *drawn)
+{
+    const auto there = facts(stored);
+    const auto here = facts(drawn);
+    const bool same = std::equal(
+        there.cbegin(), there.cend(), here.cbegin(), here.cend(), [](const auto &a, const auto &b) {
+            return a.first == b.first && areClose(a.second, b.second);
+        });
+    return same ? QString()
+                : QLatin1String("a molecule is stored otherwise than drawn: ") + drawn->text();
 }

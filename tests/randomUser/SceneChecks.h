@@ -4,6 +4,7 @@
 #include <QString>
 
 class LiveObjects;
+class Sdc;
 class SdcMol;
 class ZelEllipseItem;
 class ZelScene;
@@ -18,6 +19,9 @@ QString consistent(ZelScene *scene, const QList<SdcMol *> &molecules, const Live
 
 /// Nothing that has moved lies on a stranger.
 QString apart(ZelScene *scene, const QList<ZelEllipseItem *> &moved);
+
+/// At rest nothing glows but what is selected.
+QString glowing(ZelScene *scene, Sdc *selected);
 
 /// A molecule as stored is drawn as the molecule that was stored.
 QString sameDrawing(SdcMol *stored, SdcMol *drawn);

@@ -9,7 +9,6 @@
 #include "zelModelSupport/graphics/ZelSceneMol.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBstCpx.h"
-#include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcp.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMcpTag.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcMol.h"
@@ -17,10 +16,9 @@
 #include <QAbstractItemModelTester>
 #include <QDomDocument>
 
-namespace {
+#include <algorithm>
 
-constexpr qsizetype UndoDepth = 30;
-constexpr qsizetype Bookmarks = 8;
+namespace {
 
 /// A base scene that lets its drags be chosen, as the scenes for several molecules do.
 class SceneOfSeveral : public ZelScene
@@ -47,7 +45,8 @@ public:
 
 } // namespace
 
-SceneHost::SceneHost(Kind kind) : m_kind(kind)
+SceneHost::SceneHost(Kind kind, const LiveObjects *objects, SceneHistory::Fail fail)
+    : m_kind(kind), m_fail(std::move(fail))
 {
     m_file.create(QStringLiteral(":memory:"));
     new QAbstractItemModelTester(
@@ -57,21 +56,13 @@ SceneHost::SceneHost(Kind kind) : m_kind(kind)
     else
         m_scene = std::make_unique<SceneOfSeveral>();
     m_scene->setZelDbSqliteModel(&m_db);
-    if (kind == Complex) {
-        m_cpx = new SdcCpx(&m_db);
-        m_model.appendRow(m_cpx);
-        m_scene->setSdc(m_cpx);
-        m_cpx->setBstBindingStatusEnabled(true);
-    }
     m_scene->setAllowToDisplayBindingStatus(kind != OneMolecule);
     m_scene->setAllowToChangeBindingStatus(kind != OneMolecule);
-    connect(m_scene.get(), &ZelScene::signal_changeBegin, this, &SceneHost::changeBegins);
-    connect(m_scene.get(), &ZelScene::signal_changeEnd, this, &SceneHost::changeEnds);
     connect(m_scene.get(), &ZelScene::signal_setStickyState, this, &SceneHost::setStickyState);
     connect(m_scene.get(), &ZelScene::signal_setNegation, this, &SceneHost::setNegation);
     connect(
         m_scene.get(), &ZelScene::signal_setBstBindingStatus, this, &SceneHost::setBindingStatus);
-    m_known = ZelSceneState::take(m_scene.get());
+    m_history = std::make_unique<SceneHistory>(m_scene.get(), objects, m_fail);
     m_view = std::make_unique<QGraphicsView>(m_scene.get());
     m_view->resize(420, 320);
     m_view->show();
@@ -92,28 +83,10 @@ QList<SdcMol *> SceneHost::molecules() const
     return list;
 }
 
-void SceneHost::setFault(const QString &fault)
-{
-    if (m_fault.isEmpty())
-        m_fault = fault;
-}
-
 void SceneHost::setDragMode(DragMode mode)
 {
     if (m_kind != OneMolecule)
         static_cast<SceneOfSeveral *>(m_scene.get())->mode = mode;
-}
-
-void SceneHost::toggleSecondView()
-{
-    if (m_secondView) {
-        m_secondView.reset();
-        return;
-    }
-    m_secondView = std::make_unique<QGraphicsView>(m_scene.get());
-    m_secondView->resize(100, 80);
-    m_secondView->scale(0.2, 0.2);
-    m_secondView->show();
 }
 
 SdcMol *SceneHost::addMolecule()
@@ -133,7 +106,7 @@ void SceneHost::addComponent(SdcMol *mol, QGraphicsEllipseItem *ref, SdcMcp *att
     if (attachTo || m_scene->getSdc() == mol) {
         mcp = m_scene->addSdcMcp(ref, attachTo);
         if (mcp && attachTo)
-            setFault(SceneChecks::apart(m_scene.get(), {mcp->getZelEllipseItemMcp()}));
+            m_fail(SceneChecks::apart(m_scene.get(), {mcp->getZelEllipseItemMcp()}));
     } else {
         const ZelScene::Change change(m_scene.get());
         ZelEllipseItemMcp *const item = m_scene->addMcp(ref, nullptr);
@@ -158,9 +131,7 @@ void SceneHost::addBond(SdcBst *first, SdcBst *second)
         || !first->getListSdcBstBst().isEmpty() || !second->getListSdcBstBst().isEmpty())
         return;
     const ZelScene::Change change(m_scene.get());
-    SdcBstBstCpx *const bond = m_scene->addSdcBstBstCpx(first, second);
-    if (m_cpx)
-        m_cpx->addSdcBstBstCpx(bond);
+    m_scene->addSdcBstBstCpx(first, second);
 }
 
 void SceneHost::removeMolecule(SdcMol *mol)
@@ -173,10 +144,8 @@ void SceneHost::removeMolecule(SdcMol *mol)
             m_scene->removeSdcMcp(mcp);
         forget(mol);
     }
-    if (m_kind == OneMolecule) {
-        m_undo.clear();
-        m_redo.clear();
-    }
+    if (m_kind == OneMolecule)
+        m_history->forget();
 }
 
 void SceneHost::cycleState(ZelRectItemMcpSticky *sticky)
@@ -198,15 +167,15 @@ void SceneHost::rename(Sdc *sdc, const QString &name)
 void SceneHost::save(SdcMol *mol)
 {
     if (!mol->saveToDb()) {
-        setFault(QLatin1String("a molecule cannot be saved: ") + m_db.errorText());
+        m_fail(QLatin1String("a molecule cannot be saved: ") + m_db.errorText());
         return;
     }
     ZelScene scene;
     SdcMol stored(&m_db);
     if (!stored.loadFromDb(mol->getPsiimId(), &scene))
-        setFault(QStringLiteral("a stored molecule cannot be loaded"));
-    setFault(SceneChecks::sameDrawing(&stored, mol));
-    m_known = ZelSceneState::take(m_scene.get()); // new ids are no change of the drawing
+        m_fail(QStringLiteral("a stored molecule cannot be loaded"));
+    m_fail(SceneChecks::sameDrawing(&stored, mol));
+    m_history->settle(); // new ids are no change of the drawing
 }
 
 void SceneHost::load(const QString &psiimId, const QPointF &offset)
@@ -216,8 +185,6 @@ void SceneHost::load(const QString &psiimId, const QPointF &offset)
         m_scene->setSdc(nullptr);
         for (SdcMol *mol : molecules())
             forget(mol);
-        m_undo.clear();
-        m_redo.clear();
     }
     QDomDocument layout;
     layout.setContent(ZelDbSqlite::getGraphicsInfo(QStringLiteral("mol"), psiimId, &m_db));
@@ -226,50 +193,11 @@ void SceneHost::load(const QString &psiimId, const QPointF &offset)
         auto *const mol = new SdcMol(&m_db);
         const QDomElement element = layout.documentElement().firstChildElement();
         if (!mol->loadDom(psiimId, element, m_scene.get(), offset, false))
-            setFault(QStringLiteral("a stored molecule cannot be loaded"));
+            m_fail(QStringLiteral("a stored molecule cannot be loaded"));
         keep(mol);
     }
     if (m_kind == OneMolecule)
-        m_known = ZelSceneState::take(m_scene.get());
-}
-
-void SceneHost::undo()
-{
-    if (m_undo.isEmpty())
-        return;
-    const Entry entry = m_undo.takeLast();
-    if (restore(entry.before))
-        m_redo.append(entry);
-}
-
-void SceneHost::redo()
-{
-    if (m_redo.isEmpty())
-        return;
-    const Entry entry = m_redo.takeLast();
-    if (restore(entry.after))
-        m_undo.append(entry);
-}
-
-void SceneHost::bookmark()
-{
-    m_bookmarks.append(take());
-    if (m_bookmarks.size() > Bookmarks)
-        m_bookmarks.removeFirst();
-}
-
-void SceneHost::restoreBookmark(int index)
-{
-    if (index >= m_bookmarks.size())
-        return;
-    const Snapshot before = take();
-    const Snapshot snapshot = m_bookmarks.at(index);
-    if (!restore(snapshot)) {
-        m_bookmarks.removeAt(index);
-        return;
-    }
-    if (!m_changing)
-        m_undo.append({before, snapshot});
+        m_history->forget();
 }
 
 void SceneHost::destroy(QObject *object)
@@ -287,22 +215,20 @@ void SceneHost::tidy()
 {
     if (!m_untidy)
         return;
-    for (bool again = true; again;) {
-        again = false;
+    const auto isGhost = [](QGraphicsItem *item) {
+        ZelEllipseItem *const ellipse = ZelGItem::toZelEllipseItem(item);
+        ZelLineItem *const line = ZelGItem::toZelLineItem(item);
+        ZelRectItemMcpSticky *const sticky = ZelGItem::toZelRectItemMcpSticky(item);
+        return (ellipse && !ellipse->getSdc())
+            || (line && line->asLineItemBstBst() && !line->getSdc())
+            || (sticky && !sticky->getSdcMcpTag());
+    };
+    for (;;) { // anew after each, which takes its children along
         const QList<QGraphicsItem *> items = m_scene->items(Qt::AscendingOrder);
-        for (QGraphicsItem *graphicsItem : items) {
-            ZelEllipseItem *const ellipse = ZelGItem::toZelEllipseItem(graphicsItem);
-            ZelLineItem *const line = ZelGItem::toZelLineItem(graphicsItem);
-            ZelRectItemMcpSticky *const sticky = ZelGItem::toZelRectItemMcpSticky(graphicsItem);
-            const bool ghost = (ellipse && !ellipse->getSdc())
-                || (line && line->asLineItemBstBst() && !line->getSdc())
-                || (sticky && !sticky->getSdcMcpTag());
-            if (!ghost)
-                continue;
-            delete graphicsItem; // and its children, so the list is out of date
-            again = true;
+        const auto ghost = std::find_if(items.cbegin(), items.cend(), isGhost);
+        if (ghost == items.cend())
             break;
-        }
+        delete *ghost;
     }
     for (SdcMcp *mcp : SceneParts::components(molecules())) {
         if (!mcp->getZelEllipseItemMcp())
@@ -323,21 +249,12 @@ void SceneHost::tidy()
     m_scene->endChange();
 }
 
-void SceneHost::checkAnnounced()
-{
-    if (!m_changing && ZelSceneState::take(m_scene.get()) != m_known)
-        setFault(QStringLiteral("something has changed without being announced"));
-}
-
 void SceneHost::close(int order)
 {
     if (!m_scene)
         return;
     m_scene->disconnect(this);
-    const auto closeViews = [this] {
-        m_secondView.reset();
-        m_view.reset();
-    };
+    m_scene->disconnect(m_history.get());
     const auto closeMolecules = [this] {
         for (SdcMol *mol : molecules())
             forget(mol);
@@ -347,34 +264,9 @@ void SceneHost::close(int order)
         m_scene.reset();
     if (order == 1)
         closeMolecules();
-    closeViews();
+    m_view.reset();
     m_scene.reset();
     closeMolecules();
-}
-
-void SceneHost::changeBegins()
-{
-    if (m_changing)
-        setFault(QStringLiteral("a change begins within another"));
-    m_changing = true;
-    m_before = take();
-    if (m_before.state != m_known)
-        setFault(QStringLiteral("something had changed before it was announced"));
-}
-
-void SceneHost::changeEnds()
-{
-    if (!m_changing)
-        setFault(QStringLiteral("a change ends that has not begun"));
-    m_changing = false;
-    const Snapshot after = take();
-    m_known = after.state;
-    if (after.state == m_before.state)
-        return;
-    m_undo.append({m_before, after});
-    if (m_undo.size() > UndoDepth)
-        m_undo.removeFirst();
-    m_redo.clear();
 }
 
 void SceneHost::setStickyState(ZelRectItemMcpSticky *sticky, int state)
@@ -400,42 +292,11 @@ void SceneHost::setBindingStatus(SdcBst *bst, BindingStatusType status)
         bst->setBindingStatus(status);
 }
 
-SceneHost::Snapshot SceneHost::take() const
-{
-    Snapshot snapshot;
-    snapshot.state = ZelSceneState::take(m_scene.get());
-    for (SdcMol *mol : molecules())
-        snapshot.molecules.append(mol);
-    return snapshot;
-}
-
-bool SceneHost::restore(const Snapshot &snapshot)
-{
-    const ZelSceneState before = ZelSceneState::take(m_scene.get());
-    m_restoring = true;
-    const bool done = snapshot.state.restore(m_scene.get());
-    m_restoring = false;
-    const ZelSceneState after = ZelSceneState::take(m_scene.get());
-    if (done && after != snapshot.state)
-        setFault(QStringLiteral("a restored state differs from the one that was taken"));
-    if (!done && after != before)
-        setFault(QStringLiteral("a refused restoration has changed something"));
-    // A data component holds its molecules, whichever they are.
-    const bool gone = snapshot.molecules.contains(nullptr)
-        || (m_kind != LooseMolecules && snapshot.molecules != take().molecules);
-    if (!done && !gone)
-        setFault(QStringLiteral("a state of living molecules is not restored"));
-    m_known = after;
-    return done;
-}
-
 void SceneHost::keep(SdcMol *mol)
 {
     m_molecules.append(mol);
     if (m_kind == OneMolecule)
         m_scene->setSdc(mol);
-    else if (m_cpx)
-        m_cpx->addSdcChild(mol, true);
     else
         m_model.appendRow(mol);
 }
@@ -443,9 +304,7 @@ void SceneHost::keep(SdcMol *mol)
 void SceneHost::forget(SdcMol *mol)
 {
     m_molecules.removeAll(mol);
-    if (m_cpx)
-        m_cpx->removeSdcChild(mol);
-    else if (mol->model())
+    if (mol->model())
         m_model.takeRow(mol->row());
     delete mol;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zelModelSupport/graphics/ZelEllipseItem.h"
 #include "zelModelSupport/graphics/ZelScene.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
@@ -24,6 +25,23 @@ inline QList<SdcBst *> sites(const QList<SdcMol *> &molecules)
     QList<SdcBst *> list;
     for (SdcMol *mol : molecules)
         list += mol->getListSdcBst();
+    return list;
+}
+
+/// Those of the scene's data component, else those that it shows.
+inline QList<SdcMol *> molecules(const ZelScene *scene)
+{
+    if (Sdc *sdc = scene->getSdc())
+        return sdc->getListSdcMol();
+    QList<SdcMol *> list;
+    const QList<QGraphicsItem *> items = scene->items();
+    for (QGraphicsItem *item : items) {
+        ZelEllipseItem *const ellipse = ZelGItem::toZelEllipseItem(item);
+        SdcMol *const mol =
+            ellipse && ellipse->getSdc() ? ellipse->getSdc()->getParentSdcMol() : nullptr;
+        if (mol && !list.contains(mol))
+            list.append(mol);
+    }
     return list;
 }
 

@@ -72,10 +72,12 @@ void SceneUser::drag()
     if (!m_calm && m_dice.chance(3))
         contextMenu();
     mishap(3);
-    if (m_dice.chance(92))
+    if (m_dice.chance(92)) {
         mouse(QEvent::MouseButtonRelease, to, Qt::LeftButton);
-    else
-        log(QStringLiteral("without a release"));
+    } else {
+        log("without a release");
+        m_releaseLost = true;
+    }
     m_modifiers = Qt::NoModifier;
 }
 
@@ -99,8 +101,15 @@ void SceneUser::click()
 void SceneUser::contextMenu()
 {
     const QPointF at = anyPoint();
+    const QPointer<ZelGItem> item = scene()->getZelEllipseItemFromScenePos(at);
+    const qsizetype bonds = SceneParts::bonds(scene()).size();
+    const int mishapsBefore = mishapCount();
     mouse(QEvent::MouseButtonPress, at, Qt::RightButton);
     askForMenu(view(), at);
+    // A site whose bond has been deleted by the menu stood for it.
+    if (item && !m_calm && mishapCount() == mishapsBefore
+        && SceneParts::bonds(scene()).size() == bonds)
+        itemActedOn(item, "right click");
     mouse(QEvent::MouseButtonRelease, at, Qt::RightButton);
 }
 
@@ -229,5 +238,9 @@ void SceneUser::mouse(QEvent::Type type, const QPointF &scenePos, Qt::MouseButto
 {
     if (type == QEvent::MouseButtonPress && button == Qt::LeftButton)
         m_pressed.clear();
+    const int mishapsBefore = mishapCount();
     RandomSession::mouse(view(), type, scenePos, button);
+    if (type == QEvent::MouseButtonPress && button == Qt::LeftButton && m_pressed && !m_calm
+        && mishapCount() == mishapsBefore)
+        itemActedOn(m_pressed, "press");
 }

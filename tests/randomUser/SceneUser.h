@@ -26,6 +26,8 @@ protected:
     /// In the middle of what nothing may interrupt.
     virtual bool isBusy() const = 0;
     QList<QGraphicsView *> views() const override { return {view()}; }
+    /// After a press or right click on an item, where nothing else has happened.
+    virtual void itemActedOn(ZelGItem *, const char *) { }
 
     /// To be called once there is a scene.
     void followScene();
@@ -50,6 +52,8 @@ protected:
     /// What draws it.
     static QObject *itemOf(Sdc *sdc);
     static QString nameOf(Sdc *sdc);
+
+    bool m_releaseLost = false; // what a drag has lit up then stays so
 
 private:
     void mouse(QEvent::Type type, const QPointF &scenePos, Qt::MouseButton button = Qt::NoButton);

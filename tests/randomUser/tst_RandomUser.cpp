@@ -28,7 +28,7 @@ private slots:
     void sceneStaysConsistent_data()
     {
         addRows<SceneHost::Kind>({{"one molecule", SceneHost::OneMolecule},
-            {"loose molecules", SceneHost::LooseMolecules}, {"a complex", SceneHost::Complex}});
+            {"loose molecules", SceneHost::LooseMolecules}});
     }
     void sceneStaysConsistent()
     {
