@@ -6,6 +6,7 @@
 #include "zelModelSupport/graphics/ZelRectItemMcpSticky.h"
 #include "zelModelSupport/graphics/scene/ZelSceneBondDrawing.h"
 #include "zelModelSupport/graphics/scene/ZelSceneEditing.h"
+#include "zelModelSupport/graphics/scene/ZelSceneStateData.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcBstBst.h"
 #include "zelModelSupport/zelModelSupportDataComponent/SdcCpx.h"
@@ -121,19 +122,26 @@ void ZelSceneEditing::dragMoveEvent(QGraphicsSceneDragDropEvent *event)
 
 void ZelSceneEditing::dropEvent(QGraphicsSceneDragDropEvent *event)
 {
+    resetPressState(); // the release of a press before went elsewhere
     const DraggedRecord record(event->mimeData());
     event->setDropAction(Qt::CopyAction); // the record stays where it was dragged from
     const auto units = [this] {
-        return getSdc() ? getSdc()->getListSdcChildren() : QList<Sdc *>();
+        QList<QPointer<Sdc>> list;
+        for (SdcMol *mol : zel::state::moleculesOf(this)) {
+            Sdc *const unit = getUnit(mol);
+            if (!list.contains(unit))
+                list.append(unit);
+        }
+        return list;
     };
-    const QList<Sdc *> before = units();
+    const QList<QPointer<Sdc>> before = units();
     const QPointer<ZelSceneEditing> self = this;
     event->setAccepted(
         !record.tag.isEmpty() && addRecordFromDb(record.tag, record.psiimId, event->scenePos()));
     if (!self || !event->isAccepted())
         return;
-    QList<Sdc *> added = units();
-    added.removeIf([&before](Sdc *unit) { return !unit || before.contains(unit); });
+    QList<QPointer<Sdc>> added = units();
+    added.removeIf([&before](Sdc *unit) { return before.contains(unit); });
     // Of several molecules none is what the user meant.
     setSelectedSdc(added.size() == 1 ? added.first() : nullptr);
 }
@@ -143,8 +151,9 @@ void ZelSceneEditing::contextMenuEvent(QGraphicsSceneContextMenuEvent *event)
     if (!isContextMenuEnabled() || freezeMouseActions())
         return;
     m_lastScenePos = event->scenePos();
-    const QPointer<ZelEllipseItem> item = getZelEllipseItemFromScenePos(event->scenePos());
     const QPointer<ZelSceneEditing> self = this;
+    resetPressState(); // the release of a press before went elsewhere
+    const QPointer<ZelEllipseItem> item = getZelEllipseItemFromScenePos(event->scenePos());
     setSelectedSdc(getSdcToSelect(item, event->scenePos()));
     if (!self)
         return;

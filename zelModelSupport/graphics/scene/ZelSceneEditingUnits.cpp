@@ -12,7 +12,8 @@
 
 Sdc *ZelSceneEditing::getUnit(Sdc *sdc)
 {
-    return sdc ? sdc->getParentSdcMol() : nullptr;
+    SdcMol *const mol = sdc ? sdc->toSdcMol() : nullptr;
+    return mol || !sdc ? mol : sdc->getParentSdcMol();
 }
 
 QList<Sdc *> ZelSceneEditing::getListConnectedUnits(Sdc *unit)
