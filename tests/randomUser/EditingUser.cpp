@@ -42,11 +42,7 @@ std::unique_ptr<ZelSceneEditing> createScene(EditingUser::Kind kind)
 
 EditingUser::EditingUser(Kind kind, quint32 seed)
     : SceneUser(seed,
-        {"name = ",
-            // A species is the same without a part that was removed before it was saved, but that
-            // part then has no place in the layout.
-            "Error found at void SdcMol::loadDom(", "Warning at bool SdcCpx::saveToDb()",
-            "978 Error found",
+        {"name = ", "Warning at bool SdcCpx::saveToDb()", "978 Error found",
             // A drawing that is not complete.
             "bool SdcMli::saveToDb()", "bool SdcCxi::saveToDb()", "::saveResultToDb()"}),
       m_kind(kind), m_scene(createScene(kind)), m_view(std::make_unique<ZelGraphicsViewZoom>())
@@ -201,9 +197,8 @@ void EditingUser::load()
 void EditingUser::save()
 {
     Sdc *const sdc = m_scene->getSdc();
-    if (!sdc || sdc->isEmpty())
+    if (!sdc || sdc->isEmpty() || !isWhole())
         return;
-    const bool whole = isWhole();
     const SaveCheck check(&m_model, sdc);
     const bool saved = saveSdc(sdc);
     log(saved ? QStringLiteral("save") : QLatin1String("save in vain: ") + sdc->getRefusal());
@@ -212,8 +207,7 @@ void EditingUser::save()
     m_history->settle(); // new ids and another order
     // A species is drawn before the interactions and reactions that make it.
     const QStringList ownToMend = sdc->isSdcCpx() ? QStringList{"reach", "bonds"} : QStringList();
-    if (whole)
-        fail(check.fault(ownToMend));
+    fail(check.fault(ownToMend));
     if (saved && m_dice.chance(30))
         showSdc(); // and draws the next one
 }
@@ -247,7 +241,7 @@ void EditingUser::edit()
     if (!sdc)
         return;
     const bool isRate = key == SdcProperty::AssociationRate || key == SdcProperty::DissociationRate;
-    const QString value = QLatin1String(isRate ? "0." : "text") + QString::number(++m_edits);
+    const QString value = QLatin1String(isRate ? "3." : "text") + QString::number(++m_edits);
     log(QStringLiteral("set property %1 of %2 to %3").arg(key).arg(nameOf(sdc), value));
     const ZelSceneState before = ZelSceneState::take(m_scene.get());
     {
@@ -278,6 +272,7 @@ void EditingUser::showSdc()
 {
     const bool none = m_dice.chance(30);
     log(none ? "show nothing" : "show another component");
+    m_calm = true; // nothing may come back meanwhile
     m_scene->removeContents();
     Sdc *shown = nullptr;
     if (!none && m_kind == MoleculeInteraction)
@@ -290,6 +285,7 @@ void EditingUser::showSdc()
     m_sdc = shown;
     m_scene->setSdc(shown);
     delete old.data();
+    m_calm = false;
     m_history->forget();
     m_releaseLost = false;
 }
