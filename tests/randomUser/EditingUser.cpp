@@ -287,7 +287,6 @@ void EditingUser::showSdc()
     delete old.data();
     m_calm = false;
     m_history->forget();
-    m_releaseLost = false;
 }
 
 std::vector<RandomSession::Act> EditingUser::mishaps()
@@ -327,7 +326,6 @@ void EditingUser::startAfresh()
     m_scene->removeContents();
     m_scene->removeAllItems();
     m_history->forget();
-    m_releaseLost = false;
     if (!m_scene->items().isEmpty())
         fail("items are left in an empty scene");
 }
@@ -351,7 +349,7 @@ void EditingUser::check()
     Sdc *const selected = m_scene->getSelectedSdc();
     if (selected != m_announced)
         fail("what was selected has gone, or changed, without being announced");
-    if (!m_buttons && !m_releaseLost)
+    if (!m_buttons)
         fail(SceneChecks::glowing(m_scene.get(), selected));
     if (SdcCxi *cxi = m_kind == ComplexInteraction && m_scene->getSdc()
             ? m_scene->getSdc()->toSdcCxi()

@@ -72,12 +72,10 @@ void SceneUser::drag()
     if (!m_calm && m_dice.chance(3))
         contextMenu();
     mishap(3);
-    if (m_dice.chance(92)) {
+    if (m_dice.chance(92))
         mouse(QEvent::MouseButtonRelease, to, Qt::LeftButton);
-    } else {
+    else
         log("without a release");
-        m_releaseLost = true;
-    }
     m_modifiers = Qt::NoModifier;
 }
 
@@ -101,7 +99,8 @@ void SceneUser::click()
 void SceneUser::contextMenu()
 {
     const QPointF at = anyPoint();
-    const QPointer<ZelGItem> item = scene()->getZelEllipseItemFromScenePos(at);
+    const QPointer<ZelGItem> item = // at the pixel that is hit
+        scene()->getZelEllipseItemFromScenePos(view()->mapToScene(view()->mapFromScene(at)));
     const qsizetype bonds = SceneParts::bonds(scene()).size();
     const int mishapsBefore = mishapCount();
     mouse(QEvent::MouseButtonPress, at, Qt::RightButton);

@@ -53,8 +53,6 @@ protected:
     static QObject *itemOf(Sdc *sdc);
     static QString nameOf(Sdc *sdc);
 
-    bool m_releaseLost = false; // what a drag has lit up then stays so
-
 private:
     void mouse(QEvent::Type type, const QPointF &scenePos, Qt::MouseButton button = Qt::NoButton);
 
