@@ -2,8 +2,8 @@
 
 #include <zelModelSupport/graphics/ZelEllipseItemMcp.h>
 #include <zelModelSupport/graphics/ZelGraphicsViewZoom.h>
-#include <zelModelSupport/graphics/scene/ZelSceneEditing.h>
 #include <zelModelSupport/graphics/ZelSceneMol.h>
+#include <zelModelSupport/graphics/scene/ZelSceneEditing.h>
 #include <zelModelSupport/support/ZelDialogs.h>
 #include <zelModelSupport/support/zgs.h>
 #include <zelModelSupport/zelModelSupportDataComponent/SdcBst.h>
